@@ -1,0 +1,33 @@
+# Compiler and linker options of everything in this tree.
+add_library(kevazor_options INTERFACE)
+target_compile_features(kevazor_options INTERFACE cxx_std_20)
+target_compile_options(kevazor_options INTERFACE
+  -Wall -Wextra -Werror -Wformat=2 -Wshadow -Wundef -Wcast-qual -Wconversion
+  $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual>
+  -fvisibility=hidden
+  $<$<COMPILE_LANGUAGE:CXX>:-fvisibility-inlines-hidden>
+)
+target_link_options(kevazor_options INTERFACE LINKER:--as-needed)
+
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  target_compile_options(kevazor_options INTERFACE
+    -D_FORTIFY_SOURCE=2 -fstack-protector-strong -fstack-clash-protection -fcf-protection)
+  target_link_options(kevazor_options INTERFACE
+    LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
+endif()
+
+if(KEVAZOR_SANITIZE)
+  target_compile_options(kevazor_options INTERFACE
+    -fsanitize=${KEVAZOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(kevazor_options INTERFACE -fsanitize=${KEVAZOR_SANITIZE})
+endif()
+
+# Gives a shared library its export map and no other way out or in: a name it
+# needs and nobody defines fails the link, except for the sanitizers' own.
+function(kevazor_set_exports target map)
+  target_link_options(${target} PRIVATE LINKER:--version-script=${map})
+  if(NOT KEVAZOR_SANITIZE)
+    target_link_options(${target} PRIVATE LINKER:--no-undefined LINKER:-Bsymbolic-functions)
+  endif()
+  set_target_properties(${target} PROPERTIES LINK_DEPENDS ${map})
+endfunction()

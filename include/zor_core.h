@@ -1,0 +1,152 @@
+/*
+ * zor_core: requests to the manager, and the serial numbers of the node.
+ *
+ * Requests travel over two System V message queues; docs/records.md gives the
+ * message. Nothing here blocks in the kernel: a waiting call looks for its
+ * answer once a second.
+ */
+#ifndef ZOR_CORE_H
+#define ZOR_CORE_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+#pragma GCC visibility push(default)
+
+/* --- Requests to the manager -------------------------------------------- */
+
+#define ZOR_SERIAL_SIZE 36 /* bytes of a serial number text with its NUL */
+#define ZOR_PROCESS_NAME_SIZE 64
+#define ZOR_PAYLOAD_SIZE 32400         /* bytes; the most that an answer carries */
+#define ZOR_REQUEST_PAYLOAD_MAX 32399u /* bytes; one less than an answer */
+#define ZOR_REQUEST_DEFAULT_TIMEOUT 15 /* seconds */
+
+/* Results of ZORSendReqToMgr. */
+enum {
+    ZOR_REQUEST_DONE = 0,
+    ZOR_REQUEST_FAILED = -1,   /* nothing reached the manager, or the channel broke */
+    ZOR_REQUEST_REFUSED = -2,  /* the manager refused, or its answer is too large */
+    ZOR_REQUEST_TIMED_OUT = -3 /* no answer in time */
+};
+
+/* A request; zero it before filling it in. */
+typedef struct ZORMgrRequest {
+    uint32_t commandId;
+    const void *inputData; /* payload, may be null */
+    uint32_t inputSize;    /* bytes, 1 to ZOR_REQUEST_PAYLOAD_MAX; ignored without inputData */
+    void *outputData;      /* set by the call: answer payload or null; the caller frees it */
+    uint32_t outputSize;   /* set by the call: payload length that the manager stated */
+    uint32_t wait;         /* non-zero: wait for the answer */
+    int64_t timeout;       /* seconds; 0 or less means ZOR_REQUEST_DEFAULT_TIMEOUT */
+} ZORMgrRequest;
+
+/* The message on the queues: 32544 bytes, of which the identity is the message type. */
+typedef struct ZORMgrMessage {
+    int64_t identity;
+    uint32_t kind; /* 1 in every request */
+    uint32_t result;
+    uint32_t wait;
+    uint32_t reserved1;
+    uint32_t payloadLength;
+    char serialNumber[ZOR_SERIAL_SIZE];
+    uint8_t payload[ZOR_PAYLOAD_SIZE];
+    uint32_t commandId;
+    char processName[ZOR_PROCESS_NAME_SIZE]; /* arguments separated by NULs, may be full */
+    uint32_t reserved2;
+    int64_t sendTime; /* seconds since the epoch */
+} ZORMgrMessage;
+
+/* Payload of command 40, which cancels a grouped command that timed out. */
+typedef struct ZORCancelPayload {
+    uint32_t commandId;
+    uint32_t reserved1;
+    int64_t identity;
+    int64_t sendTime;
+    uint32_t reason; /* always 3 */
+    uint32_t reserved2;
+} ZORCancelPayload;
+
+/*
+ * Sends a request to the manager and, when wait is set, waits for the answer
+ * of this thread. Free request->outputData after every call, failed or not.
+ * A grouped command that times out is cancelled.
+ *
+ * -1, each after its line: ERROR "ZOR is not supported on this model"; NOTICE
+ * "ZOR Manager is not running. Message queue is not ready for send req"; ERROR
+ * "Local handler is not ready, but ZORSendReqToMgr() is called", "Bad
+ * parameter", "The input data with pointer(%lX), but size(%u) is out of
+ * bounds, command id:%u", "Failed to calloc", "Failed to get key (%d)",
+ * "Failed to get message queue: %s", "Failed to get sn", "Failed to send
+ * message: %s", "Failed to receive response for command type :%d", "Failed to
+ * calloc()". -2 and -3 log nothing, but a cancellation that cannot be sent:
+ * ERROR "Failed to send msg to queue", "Failed to failback timeout command".
+ * On the way: ERROR "Get process name fialed"; NOTICE "Send time is differecne
+ * with receive time, ..." for each answer to an earlier request.
+ */
+int32_t ZORSendReqToMgr(ZORMgrRequest *request);
+
+/* Whole hours since boot plus one; 1 after ERROR "Failed to get sysinfo". */
+int64_t ZORGetTimeCode(void);
+
+/*
+ * The identity of the calling thread's messages in this hour: the time code
+ * shifted left by 20, joined with the thread id. -1 after ERROR "Thread
+ * id(%ld) > MAXTID(%ld)" or "Get bad time code %ld".
+ */
+int64_t ZORGetMsgIdenticalID(void);
+
+/*
+ * Takes the messages of the given hour off the manager's queues 1 to 7: up to
+ * the current hour, those of that hour and of every earlier one; for a later
+ * hour, those of that hour alone. Each removed message is logged. 0, also when
+ * single queues failed; -1 with ERROR "Bad paramter, %ld" when timeCode does
+ * not fit 43 bits. ERROR per queue: "Failed to get key (%d)", "Failed to get
+ * message queue: %s", "Failed to calloc", "Failed to receive message from
+ * message queue: %s", each followed by "Clean msgqueue: %d Failed."
+ */
+int32_t ZORCleanAllMsgQueue(int64_t timeCode);
+
+/* --- Serial numbers of this node ---------------------------------------- */
+
+/*
+ * Reads the factory (Original) or the custom serial number that the kernel
+ * publishes. size: bytes of the buffer, ZOR_SERIAL_SIZE holds every serial.
+ * 0; also when the buffer is too small: it is then all zeros and the base
+ * library's error code is 3328. -1 when the kernel publishes none, or with
+ * error code 3328 for a null buffer or size 0. Nothing is logged.
+ */
+int32_t ZORGetOriginalSerialNumber(char *buffer, uint32_t size);
+int32_t ZORGetCustomSerialNumber(char *buffer, uint32_t size);
+
+/* The same two functions for callers outside the cluster's own programs. */
+int32_t KEVAZORGetOriginalSN(char *buffer, uint32_t size);
+int32_t KEVAZORGetCustomSN(char *buffer, uint32_t size);
+
+#pragma GCC visibility pop
+#ifdef __cplusplus
+}
+#endif
+
+/* Asserted in C as well as in C++. */
+#ifdef __cplusplus
+#define ZOR_CORE_ASSERT(name, condition) static_assert(condition, #name)
+#else
+#define ZOR_CORE_ASSERT(name, condition) typedef char name[(condition) ? 1 : -1]
+#endif
+ZOR_CORE_ASSERT(zor_message_size, sizeof(ZORMgrMessage) == 32544);
+ZOR_CORE_ASSERT(zor_message_result, offsetof(ZORMgrMessage, result) == 12);
+ZOR_CORE_ASSERT(zor_message_payload_length, offsetof(ZORMgrMessage, payloadLength) == 24);
+ZOR_CORE_ASSERT(zor_message_serial_number, offsetof(ZORMgrMessage, serialNumber) == 28);
+ZOR_CORE_ASSERT(zor_message_payload, offsetof(ZORMgrMessage, payload) == 64);
+ZOR_CORE_ASSERT(zor_message_command_id, offsetof(ZORMgrMessage, commandId) == 32464);
+ZOR_CORE_ASSERT(zor_message_process_name, offsetof(ZORMgrMessage, processName) == 32468);
+ZOR_CORE_ASSERT(zor_message_send_time, offsetof(ZORMgrMessage, sendTime) == 32536);
+ZOR_CORE_ASSERT(zor_cancel_payload_size, sizeof(ZORCancelPayload) == 32);
+ZOR_CORE_ASSERT(zor_cancel_payload_reason, offsetof(ZORCancelPayload, reason) == 24);
+ZOR_CORE_ASSERT(zor_request_size, sizeof(void *) != 8 || sizeof(ZORMgrRequest) == 48);
+#undef ZOR_CORE_ASSERT
+
+#endif

@@ -1,0 +1,105 @@
+#include "temporary_name.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <functional>
+#include <string_view>
+
+namespace kevacore {
+
+namespace {
+
+constexpr std::string_view kSuffix = ".temp";
+
+// A file that is younger may belong to a process of another pid namespace.
+constexpr time_t kLeftoverAge = 60;  // seconds
+
+const char *BaseName(const char *path) {
+    const char *slash = strrchr(path, '/');
+    return slash ? slash + 1 : path;
+}
+
+// The process id in a name made by MakeTemporaryName, 0 in any other name.
+pid_t WriterOf(std::string_view name) {
+    if (name.size() < kSuffix.size() || name.front() != '.' || !name.ends_with(kSuffix)) return 0;
+    name.remove_suffix(kSuffix.size());
+    const size_t number = name.rfind('.');
+    if (number == 0 || number == std::string_view::npos) return 0;
+    const size_t process = name.rfind('.', number - 1);
+    if (process == 0 || process == std::string_view::npos) return 0;
+    pid_t pid = 0;
+    for (char digit : name.substr(process + 1, number - process - 1)) {
+        if (digit < '0' || digit > '9' || pid > INT_MAX / 10 - 1) return 0;
+        pid = pid * 10 + (digit - '0');
+    }
+    return pid;
+}
+
+bool IsLeftover(int folder, const char *name) {
+    const pid_t writer = WriterOf(name);
+    if (writer <= 0 || kill(writer, 0) == 0 || errno != ESRCH) return false;
+    struct stat status;
+    if (fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return false;
+    return S_ISREG(status.st_mode) && time(nullptr) - status.st_mtime > kLeftoverAge;
+}
+
+// True once for each folder; two folders may share a bit, which saves one of
+// them from a sweep and does no other harm.
+bool IsFirstWriteInto(const char *folder) {
+    static std::atomic<uint64_t> seen{0};
+    const uint64_t bit = uint64_t{1} << (std::hash<std::string_view>{}(folder) % 64);
+    if (seen.load(std::memory_order_relaxed) & bit) return false;
+    return (seen.fetch_or(bit, std::memory_order_relaxed) & bit) == 0;
+}
+
+}  // namespace
+
+void FolderOf(const char *path, char *folder, size_t size) {
+    const char *base = BaseName(path);
+    if (base == path)
+        snprintf(folder, size, ".");
+    else if (base == path + 1)
+        snprintf(folder, size, "/");
+    else
+        snprintf(folder, size, "%.*s", static_cast<int>(base - path - 1), path);
+}
+
+bool MakeTemporaryName(const char *path, char *name, size_t size) {
+    static std::atomic<unsigned> counter{0};
+    const char *base = BaseName(path);
+    const int length =
+        snprintf(name, size, "%.*s.%s.%d.%u%s", static_cast<int>(base - path), path, base, getpid(),
+                 counter.fetch_add(1, std::memory_order_relaxed), kSuffix.data());
+    if (length > 0 && static_cast<size_t>(length) < size) return true;
+    errno = ENAMETOOLONG;
+    return false;
+}
+
+void SweepLeftovers(const char *path) {
+    char folder[PATH_MAX];
+    FolderOf(path, folder, sizeof folder);
+    if (!IsFirstWriteInto(folder)) return;
+    const int saved = errno;
+    if (DIR *listing = opendir(folder)) {
+        while (const dirent *entry = readdir(listing)) {
+            if (IsLeftover(dirfd(listing), entry->d_name))
+                unlinkat(dirfd(listing), entry->d_name, 0);
+        }
+        closedir(listing);
+    }
+    errno = saved;
+}
+
+}  // namespace kevacore
