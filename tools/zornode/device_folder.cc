@@ -15,9 +15,8 @@ struct Link {
 };
 
 constexpr Link kLinks[] = {
-    {"fd", "/proc/self/fd"},         {"stdin", "/proc/self/fd/0"},
-    {"stdout", "/proc/self/fd/1"},   {"stderr", "/proc/self/fd/2"},
-    {"ptmx", "pts/ptmx"},
+    {"fd", "/proc/self/fd"},       {"stdin", "/proc/self/fd/0"}, {"stdout", "/proc/self/fd/1"},
+    {"stderr", "/proc/self/fd/2"}, {"ptmx", "pts/ptmx"},
 };
 
 }  // namespace

@@ -34,8 +34,7 @@ int BindLogSocket() {
     struct sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     strcpy(address.sun_path, "/dev/log");
-    if (log < 0 ||
-        bind(log, reinterpret_cast<struct sockaddr *>(&address), sizeof address) != 0 ||
+    if (log < 0 || bind(log, reinterpret_cast<struct sockaddr *>(&address), sizeof address) != 0 ||
         chmod(address.sun_path, 0666) != 0)
         ThrowErrno("cannot make /dev/log");
     return log;

@@ -9,7 +9,7 @@
 struct NodeOptions {
     std::string serial = "ZORNODE0000001";
     std::string custom_serial = "CUSTOM-NODE-01";
-    std::string log_file;        // a copy of the log lines on the machine; may be empty
+    std::string log_file;  // a copy of the log lines on the machine; may be empty
     bool raise_queue_limits = true;
     std::vector<std::string> shared_folders;  // of the machine, writable from the node
     std::vector<std::string> command;

@@ -20,7 +20,7 @@ namespace {
 // Everything an appliance keeps at fixed places; a machine that is one keeps
 // its own out of the node.
 constexpr const char *kAppliancePaths[] = {
-    "/tmp/zor",     "/usr/keva",          "/var/lib/zor", "/.flash_version",
+    "/tmp/zor",      "/usr/keva",          "/var/lib/zor", "/.flash_version",
     "/etc.defaults", "/etc/kevainfo.conf", "/dual_glibc",
 };
 
@@ -44,7 +44,9 @@ constexpr ApplianceFile kApplianceFiles[] = {
 
 }  // namespace
 
-void ThrowErrno(const std::string &what) { throw NodeError(what + ": " + strerror(errno)); }
+void ThrowErrno(const std::string &what) {
+    throw NodeError(what + ": " + strerror(errno));
+}
 
 void WriteFile(const std::string &path, const std::string &text) {
     std::ofstream file(path, std::ios::trunc);

@@ -1,0 +1,31 @@
+// The main of every test program: it refuses to run outside a private node,
+// where the fixed paths are the machine's own.
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace {
+
+bool IsInPrivateNode() {
+    std::ifstream marker("/.zornode");
+    std::string name_space;
+    std::error_code error;
+    return std::getline(marker, name_space) &&
+           name_space == std::filesystem::read_symlink("/proc/self/ns/mnt", error);
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+    testing::InitGoogleTest(&argc, argv);
+    if (!testing::GTEST_FLAG(list_tests) && !IsInPrivateNode()) {
+        fprintf(stderr, "%s: refusing to run outside a private node; use: zornode -- %s\n", argv[0],
+                argv[0]);
+        return 2;
+    }
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,57 @@
+#include "support/node_test.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "support/system_calls.h"
+
+namespace fs = std::filesystem;
+
+void WriteText(const std::string &path, const std::string &text) {
+    std::ofstream file(path, std::ios::trunc | std::ios::binary);
+    file << text;
+    ASSERT_TRUE(file.flush()) << path;
+}
+
+std::string ReadText(const std::string &path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+bool Exists(const std::string &path) {
+    return fs::exists(fs::symlink_status(path));
+}
+
+int CountDescriptors() {
+    const auto all = fs::directory_iterator("/proc/self/fd");
+    return static_cast<int>(std::distance(begin(all), end(all)));
+}
+
+NodeTest::NodeTest() {
+    umask(022);
+    fs::remove_all(kRuntimeFolder);
+    fs::create_directories("/tmp/zor/ui");
+    WriteText(kKeyFile, "");
+    WriteText(kSerialFile, "NODE0001\n");
+    WriteText(kCustomSerialFile, "CUSTOM01\n");
+    virtual_time::Start();
+}
+
+NodeTest::~NodeTest() {
+    virtual_time::Stop();
+    system_calls::Reset();
+}
+
+FolderInTheWay::FolderInTheWay(std::string path) : path_(std::move(path)) {
+    if (Exists(path_)) fs::rename(path_, path_ + ".aside");
+    fs::create_directories(path_ + "/not-empty");
+}
+
+FolderInTheWay::~FolderInTheWay() {
+    fs::remove_all(path_);
+    if (Exists(path_ + ".aside")) fs::rename(path_ + ".aside", path_);
+}

@@ -1,0 +1,119 @@
+#include "support/system_calls.h"
+
+#include <sys/msg.h>
+#include <sys/syscall.h>
+#include <sys/sysinfo.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define KEVAZOR_SANITIZED_ALLOCATOR 1
+#endif
+#endif
+
+namespace {
+
+std::atomic<pid_t> thread_id{0};
+std::atomic<pid_t> process_id{0};
+std::atomic<long> uptime{-1};
+std::atomic<bool> sysinfo_fails{false};
+std::atomic<size_t> failing_size{0};
+std::function<void()> after_send;
+
+}  // namespace
+
+namespace system_calls {
+
+void Reset() {
+    thread_id = 0;
+    process_id = 0;
+    uptime = -1;
+    sysinfo_fails = false;
+    failing_size = 0;
+    after_send = nullptr;
+}
+
+void SetThreadId(pid_t id) {
+    thread_id = id;
+}
+void SetProcessId(pid_t id) {
+    process_id = id;
+}
+void SetUptime(long seconds) {
+    uptime = seconds;
+}
+void FailSysinfo() {
+    sysinfo_fails = true;
+}
+void AfterSend(std::function<void()> hook) {
+    after_send = std::move(hook);
+}
+
+bool FailNextAllocationOf(size_t size) {
+#ifdef KEVAZOR_SANITIZED_ALLOCATOR
+    (void)size;
+    return false;
+#else
+    failing_size = size;
+    return true;
+#endif
+}
+
+}  // namespace system_calls
+
+// Visible to the library under test.
+#pragma GCC visibility push(default)
+extern "C" {
+
+pid_t gettid() noexcept {
+    return thread_id != 0 ? thread_id.load() : static_cast<pid_t>(syscall(SYS_gettid));
+}
+
+pid_t getpid() noexcept {
+    return process_id != 0 ? process_id.load() : static_cast<pid_t>(syscall(SYS_getpid));
+}
+
+int sysinfo(struct sysinfo *info) noexcept {
+    if (sysinfo_fails) {
+        errno = EFAULT;
+        return -1;
+    }
+    const int result = static_cast<int>(syscall(SYS_sysinfo, info));
+    if (uptime >= 0) info->uptime = uptime;
+    return result;
+}
+
+int msgsnd(int queue, const void *message, size_t size, int flags) {
+    const int result = static_cast<int>(syscall(SYS_msgsnd, queue, message, size, flags));
+    if (result == 0 && after_send) after_send();
+    return result;
+}
+
+#ifndef KEVAZOR_SANITIZED_ALLOCATOR
+
+void *__libc_malloc(size_t size) noexcept;
+void *__libc_calloc(size_t count, size_t size) noexcept;
+
+static bool IsToFail(size_t size) {
+    size_t expected = size;
+    if (size == 0 || !failing_size.compare_exchange_strong(expected, 0)) return false;
+    errno = ENOMEM;
+    return true;
+}
+
+void *malloc(size_t size) noexcept {
+    return IsToFail(size) ? nullptr : __libc_malloc(size);
+}
+
+void *calloc(size_t count, size_t size) noexcept {
+    return IsToFail(count * size) ? nullptr : __libc_calloc(count, size);
+}
+
+#endif
+
+}  // extern "C"
+
+#pragma GCC visibility pop

@@ -1,0 +1,28 @@
+// This program's own versions of a few calls of the C library, which the
+// library under test then uses: the real ones, until a test asks for a change.
+// Every change is undone by Reset.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <functional>
+
+namespace system_calls {
+
+void Reset();
+
+// What gettid, getpid and the uptime of sysinfo say.
+void SetThreadId(pid_t id);
+void SetProcessId(pid_t id);
+void SetUptime(long seconds);
+void FailSysinfo();
+
+// Runs after each message that was sent.
+void AfterSend(std::function<void()> hook);
+
+// Makes the next allocation of exactly this size fail. False in a build whose
+// sanitizer keeps the allocator to itself.
+bool FailNextAllocationOf(size_t size);
+
+}  // namespace system_calls
