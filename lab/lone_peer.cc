@@ -1,0 +1,18 @@
+#include "peer.h"
+
+namespace {
+
+class LonePeer : public Peer {
+  public:
+    bool IsAliveByNet() const override { return false; }
+    bool IsAliveByExpander() const override { return false; }
+    bool IsHandlerReady() const override { return false; }
+    bool SendStatus(const ZORSyncStatus & /*status*/) override { return false; }
+    bool TakeStatus(ZORSyncStatus * /*status*/) override { return false; }
+};
+
+}  // namespace
+
+std::unique_ptr<Peer> MakeLonePeer() {
+    return std::make_unique<LonePeer>();
+}

@@ -1,0 +1,25 @@
+// What the kernel says of this machine.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// An Ethernet port. The name is the one that an appliance's port would have:
+// "ethK", with the number of the kernel's name if that is of this form.
+struct Port {
+    std::string name;
+    std::string kernel_name;
+    std::string address;  // the first IPv4 address; may be empty
+    bool is_up = false;
+    int speed_mbit = -1;  // -1: unknown or no link
+};
+
+// At most eight ports, in the order of their numbers.
+std::vector<Port> ReadPorts();
+
+// Installed memory in MiB; 0 when it cannot be told.
+int64_t ReadMemoryMib();
+
+// "MAJOR.MINOR-BUILD" of the installed system; empty when it cannot be told.
+std::string ReadSystemVersion();

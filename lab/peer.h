@@ -1,0 +1,26 @@
+// The other node of the pair, as the development manager sees it. One small
+// interface, so that a node alone, a peer in this process and a node at the
+// other end of a cluster engine are alike to everything else.
+#pragma once
+
+#include <memory>
+
+#include "zor_status.h"
+
+class Peer {
+  public:
+    virtual ~Peer() = default;
+
+    virtual bool IsAliveByNet() const = 0;
+    virtual bool IsAliveByExpander() const = 0;
+    virtual bool IsHandlerReady() const = 0;
+
+    // Sends this node's status. False when the peer cannot be reached.
+    virtual bool SendStatus(const ZORSyncStatus &status) = 0;
+
+    // Takes the newest status that the peer has sent, if there is a new one.
+    virtual bool TakeStatus(ZORSyncStatus *status) = 0;
+};
+
+// The peer of a node that is alone: never there.
+std::unique_ptr<Peer> MakeLonePeer();

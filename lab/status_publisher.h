@@ -1,0 +1,33 @@
+// The entries of ha.status that the manager writes for its node.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <utility>
+
+class Peer;
+
+class StatusPublisher {
+  public:
+    StatusPublisher(int role, const Peer &peer) : role_(role), peer_(peer) {}
+
+    // Writes the entries that have changed since the last call; returns how many.
+    int Publish();
+
+    // Says that requests are served from now on.
+    void AnnounceReady();
+
+  private:
+    void Set(uint32_t selector, uint32_t key, const std::string &value);
+    void PublishNode();
+    void PublishPeer();
+    void PublishPorts();
+    void PublishMemory();
+
+    const int role_;
+    const Peer &peer_;
+    int written_ = 0;
+    std::map<std::pair<uint32_t, uint32_t>, std::string> published_;
+    std::string published_memory_;
+};
