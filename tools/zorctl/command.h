@@ -1,0 +1,24 @@
+// The verbs of zorctl. Each file adds its own to the command line; the one that
+// was asked for leaves its action in the context.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+struct CommandContext {
+    bool json = false;
+    std::function<int()> action;  // returns the exit code
+};
+
+void AddStatusCommand(CLI::App &app, CommandContext &context);
+void AddEntryCommands(CLI::App &app, CommandContext &context);
+void AddSyncCommand(CLI::App &app, CommandContext &context);
+void AddRequestCommand(CLI::App &app, CommandContext &context);
+void AddQueueCommand(CLI::App &app, CommandContext &context);
+void AddLockCommand(CLI::App &app, CommandContext &context);
+void AddDoctorCommand(CLI::App &app, CommandContext &context);
+
+// Adds the flag that every reading verb has.
+inline void AddJsonFlag(CLI::App *verb, CommandContext &context) {
+    verb->add_flag("--json", context.json, "print JSON");
+}

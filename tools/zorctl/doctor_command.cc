@@ -1,0 +1,52 @@
+// zorctl doctor: why this node does not work.
+
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+#include "command.h"
+#include "doctor_checks.h"
+#include "exit_code.h"
+
+namespace {
+
+using nlohmann::ordered_json;
+
+const char *Word(Verdict verdict) {
+    switch (verdict) {
+        case Verdict::kGood:
+            return "ok";
+        case Verdict::kNote:
+            return "note";
+        case Verdict::kProblem:
+            return "PROBLEM";
+    }
+    return "";
+}
+
+int Examine(bool json) {
+    int problems = 0;
+    ordered_json output = ordered_json::array();
+    for (const Finding &finding : RunAllChecks()) {
+        problems += finding.verdict == Verdict::kProblem;
+        output.push_back({{"check", finding.check},
+                          {"verdict", Word(finding.verdict)},
+                          {"finding", finding.text},
+                          {"advice", finding.advice}});
+        if (json) continue;
+        printf("%-8s %-15s %s\n", Word(finding.verdict), finding.check, finding.text.c_str());
+        if (!finding.advice.empty()) printf("%-24s %s\n", "", finding.advice.c_str());
+    }
+    if (json)
+        puts(output.dump(2).c_str());
+    else
+        printf("%s\n", problems == 0 ? "This node can work." : "This node cannot work as it is.");
+    return problems == 0 ? kExitSuccess : kExitFailure;
+}
+
+}  // namespace
+
+void AddDoctorCommand(CLI::App &app, CommandContext &context) {
+    CLI::App *doctor = app.add_subcommand("doctor", "find out why this node does not work");
+    AddJsonFlag(doctor, context);
+    doctor->callback([&context] { context.action = [&context] { return Examine(context.json); }; });
+}

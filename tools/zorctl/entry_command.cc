@@ -1,0 +1,104 @@
+// zorctl get, set, rm: single entries of ha.status.
+
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "command.h"
+#include "entry_name.h"
+#include "exit_code.h"
+#include "library_log.h"
+#include "zor_status.h"
+
+namespace {
+
+using nlohmann::ordered_json;
+
+constexpr size_t kValueSize = 4096;
+
+struct EntryArguments {
+    std::string name;
+    std::string value;
+};
+
+// The check of an argument that names an entry.
+std::string CheckEntryName(const std::string &name) {
+    return FindEntry(name) ? "" : "there is no entry '" + name + "'; see zorctl get --list";
+}
+
+int Absent(const std::string &name) {
+    fprintf(stderr, "zorctl: %s is not set\n", name.c_str());
+    return kExitAbsent;
+}
+
+int Get(const std::string &name, bool remove, bool json) {
+    const EntryName &entry = *FindEntry(name);
+    char value[kValueSize] = {};
+    const int32_t found =
+        remove ? ZORGetAndRemoveHAStatus(entry.selector, entry.key, value, sizeof value)
+               : ZORGetHAStatus(entry.selector, entry.key, value, sizeof value);
+    if (found < 0) {
+        ReportFailure("cannot read " + name);
+        return kExitFailure;
+    }
+    if (json) {
+        const ordered_json output = {
+            {"entry", name}, {"value", found > 0 ? ordered_json(value) : ordered_json(nullptr)}};
+        puts(output.dump(2, ' ', false, ordered_json::error_handler_t::replace).c_str());
+        return found > 0 ? kExitSuccess : kExitAbsent;
+    }
+    if (found == 0) return Absent(name);
+    puts(value);
+    return kExitSuccess;
+}
+
+int List() {
+    for (const EntryName &entry : EntryNames()) puts(entry.name);
+    return kExitSuccess;
+}
+
+int Set(const std::string &name, const std::string &value) {
+    const EntryName &entry = *FindEntry(name);
+    if (ZORSetHAStatus(entry.selector, entry.key, value.c_str()) == 0) return kExitSuccess;
+    ReportFailure("cannot set " + name);
+    return kExitFailure;
+}
+
+int Remove(const std::string &name) {
+    const EntryName &entry = *FindEntry(name);
+    if (ZORRemoveHAStatus(entry.selector, entry.key) == 0) return kExitSuccess;
+    ReportFailure("cannot remove " + name);
+    return kExitFailure;
+}
+
+}  // namespace
+
+void AddEntryCommands(CLI::App &app, CommandContext &context) {
+    const auto arguments = std::make_shared<EntryArguments>();
+
+    CLI::App *get = app.add_subcommand("get", "print an entry of ha.status");
+    const auto remove = std::make_shared<bool>(false);
+    const auto list = std::make_shared<bool>(false);
+    CLI::Option *name =
+        get->add_option("entry", arguments->name, "its name, for example local_role")
+            ->check(CheckEntryName);
+    get->add_flag("--remove", *remove, "and remove it in the same step");
+    get->add_flag("--list", *list, "print the names of all entries")->excludes(name);
+    AddJsonFlag(get, context);
+    get->callback([=, &context] {
+        if (!*list && arguments->name.empty()) throw CLI::RequiredError("entry");
+        context.action = [=, &context] {
+            return *list ? List() : Get(arguments->name, *remove, context.json);
+        };
+    });
+
+    CLI::App *set = app.add_subcommand("set", "set an entry of ha.status");
+    set->add_option("entry", arguments->name, "its name")->required()->check(CheckEntryName);
+    set->add_option("value", arguments->value, "the new value, may be empty")->required();
+    set->callback(
+        [=, &context] { context.action = [=] { return Set(arguments->name, arguments->value); }; });
+
+    CLI::App *rm = app.add_subcommand("rm", "remove an entry of ha.status");
+    rm->add_option("entry", arguments->name, "its name")->required()->check(CheckEntryName);
+    rm->callback([=, &context] { context.action = [=] { return Remove(arguments->name); }; });
+}

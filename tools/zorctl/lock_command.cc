@@ -1,0 +1,132 @@
+// zorctl lock: the resource locks.
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+#include "command.h"
+#include "exit_code.h"
+#include "library_log.h"
+#include "lock_holder.h"
+#include "lock_name.h"
+#include "zor_filelock.h"
+
+namespace {
+
+using nlohmann::ordered_json;
+
+volatile sig_atomic_t stop_asked = 0;
+
+std::string CheckLock(const std::string &text) {
+    return ParseLock(text) ? "" : "there is no lock '" + text + "'; see zorctl lock list";
+}
+
+// Takes the lock; on a failure says why. A lock that is held elsewhere leaves no
+// line of the library's.
+int Take(int32_t id, int32_t retries, FILE **handle) {
+    if (ZORFileLock(id, retries, handle) == 0) return kExitSuccess;
+    const auto holder = FindLockHolder(LockPath(id));
+    ReportFailure("lock " + LockName(id) + " is not to be had" +
+                  (holder ? ": held by " + Describe(*holder) : ""));
+    return kExitFailure;
+}
+
+int Try(int32_t id, int32_t retries) {
+    FILE *handle = nullptr;
+    if (const int failed = Take(id, retries, &handle)) return failed;
+    ZORFileUnlock(&handle);
+    printf("lock %s is free\n", LockName(id).c_str());
+    return kExitSuccess;
+}
+
+int Hold(int32_t id, int32_t retries, int seconds) {
+    FILE *handle = nullptr;
+    if (const int failed = Take(id, retries, &handle)) return failed;
+    printf("lock %s is held by process %d\n", LockName(id).c_str(), getpid());
+    fflush(stdout);
+    struct sigaction stop = {};
+    stop.sa_handler = [](int) { stop_asked = 1; };
+    sigaction(SIGINT, &stop, nullptr);
+    sigaction(SIGTERM, &stop, nullptr);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
+    while (!stop_asked && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    if (ZORFileUnlock(&handle) == 0) return kExitSuccess;
+    ReportFailure("cannot release lock " + LockName(id));
+    return kExitFailure;
+}
+
+int Break(int32_t id) {
+    const auto holder = FindLockHolder(LockPath(id));
+    if (ZORForceFileUnlock(id) != 0) {
+        ReportFailure("cannot break lock " + LockName(id));
+        return kExitFailure;
+    }
+    printf("lock %s is broken%s\n", LockName(id).c_str(),
+           holder ? ("; it was held by " + Describe(*holder)).c_str() : "; nobody held it");
+    return kExitSuccess;
+}
+
+int List(bool json) {
+    ordered_json output = ordered_json::array();
+    for (const ZORFileLockEntry &entry : rgsaalckList) {
+        const auto holder = FindLockHolder(entry.path);
+        output.push_back({{"id", entry.id},
+                          {"name", LockName(entry.id)},
+                          {"path", entry.path},
+                          {"holder", holder ? ordered_json(holder->process) : nullptr}});
+        if (!json)
+            printf("%2d  %-20s %s\n", entry.id, LockName(entry.id).c_str(),
+                   holder ? Describe(*holder).c_str() : "free");
+    }
+    if (json) puts(output.dump(2).c_str());
+    return kExitSuccess;
+}
+
+struct LockArguments {
+    std::string lock;
+    int32_t retries = 0;
+    int seconds = 60;
+};
+
+}  // namespace
+
+void AddLockCommand(CLI::App &app, CommandContext &context) {
+    CLI::App *lock = app.add_subcommand("lock", "the resource locks");
+    lock->require_subcommand(1);
+    const auto arguments = std::make_shared<LockArguments>();
+    const auto add_verb = [&](const char *name, const char *description) {
+        CLI::App *verb = lock->add_subcommand(name, description);
+        verb->add_option("lock", arguments->lock, "name or number of the lock")
+            ->required()
+            ->check(CheckLock);
+        return verb;
+    };
+
+    CLI::App *list = lock->add_subcommand("list", "all locks and who holds them");
+    AddJsonFlag(list, context);
+    list->callback([&context] { context.action = [&context] { return List(context.json); }; });
+
+    CLI::App *attempt = add_verb("try", "take a lock and release it");
+    attempt->add_option("--retries", arguments->retries, "seconds to try for");
+    attempt->callback([=, &context] {
+        context.action = [=] { return Try(*ParseLock(arguments->lock), arguments->retries); };
+    });
+
+    CLI::App *hold = add_verb("hold", "take a lock and keep it");
+    hold->add_option("--retries", arguments->retries, "seconds to try for");
+    hold->add_option("--seconds", arguments->seconds, "how long to keep it")->capture_default_str();
+    hold->callback([=, &context] {
+        context.action = [=] {
+            return Hold(*ParseLock(arguments->lock), arguments->retries, arguments->seconds);
+        };
+    });
+
+    CLI::App *breaking = add_verb("break", "delete the lock file, whoever holds the lock");
+    breaking->callback(
+        [=, &context] { context.action = [=] { return Break(*ParseLock(arguments->lock)); }; });
+}
