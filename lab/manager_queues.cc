@@ -31,15 +31,15 @@ int OpenOrThrow(int project) {
 
 }  // namespace
 
-ManagerQueues::ManagerQueues()
-    : requests_(OpenOrThrow(kRequestProject)), answers_(OpenOrThrow(kAnswerProject)) {}
-
-ManagerQueues::~ManagerQueues() {
+void RemoveManagerQueues() {
     for (int project = kRequestProject; project <= kLastProject; ++project) {
         const int queue = Open(project, 0);
         if (queue >= 0) msgctl(queue, IPC_RMID, nullptr);
     }
 }
+
+ManagerQueues::ManagerQueues()
+    : requests_(OpenOrThrow(kRequestProject)), answers_(OpenOrThrow(kAnswerProject)) {}
 
 // A message that is too large to be one of the library's is taken off truncated,
 // so that it cannot block the queue.

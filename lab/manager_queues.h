@@ -5,13 +5,15 @@
 
 constexpr char kMsgQueueKeyFile[] = "/tmp/zor/.msg_queue_key_file";
 
+// Removes the queues of the present key file, all seven of the family.
+void RemoveManagerQueues();
+
 class ManagerQueues {
   public:
     // Opens both queues by the key file; throws std::runtime_error.
     ManagerQueues();
 
-    // Removes all seven queues of the family.
-    ~ManagerQueues();
+    ~ManagerQueues() { RemoveManagerQueues(); }
     ManagerQueues(const ManagerQueues &) = delete;
     ManagerQueues &operator=(const ManagerQueues &) = delete;
 

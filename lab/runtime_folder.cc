@@ -37,6 +37,7 @@ int OpenNew(const char *path) {
 RuntimeFolder::RuntimeFolder() {
     if (const pid_t other = RunningManager())
         throw std::runtime_error("a manager runs already (process " + std::to_string(other) + ")");
+    RemoveManagerQueues();  // by the key file, so before it goes
     fs::remove_all(kFolder);
     fs::create_directories(kSnapshotFolder);
     pid_file_ = OpenNew(kPidFile);

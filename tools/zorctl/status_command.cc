@@ -15,7 +15,18 @@ namespace {
 
 using nlohmann::ordered_json;
 
-ordered_json Role(int32_t role) {
+// The value of an entry, null when it is not set or cannot be read.
+ordered_json Entry(uint32_t selector, uint32_t key) {
+    char value[1024] = {};
+    if (ZORGetHAStatus(selector, key, value, sizeof value) <= 0) return nullptr;
+    return value;
+}
+
+// Asks for a role only where there is one: an absent role is worth a NOTICE to
+// the library, but not each time that somebody looks.
+ordered_json Role(uint32_t selector, int32_t (*query)()) {
+    if (Entry(selector, ZOR_STATUS_ROLE).is_null()) return nullptr;
+    const int32_t role = query();
     struct Name {
         int32_t role;
         const char *name;
@@ -28,13 +39,6 @@ ordered_json Role(int32_t role) {
         if (name.role == role) return name.name;
     }
     return role;
-}
-
-// The value of an entry, null when it is not set or cannot be read.
-ordered_json Entry(uint32_t selector, uint32_t key) {
-    char value[1024] = {};
-    if (ZORGetHAStatus(selector, key, value, sizeof value) <= 0) return nullptr;
-    return value;
 }
 
 // "yes" and "no", or null when nobody has said.
@@ -75,7 +79,7 @@ ordered_json Collect() {
                            {"custom_serial", Serial(KEVAZORGetCustomSN)}};
     if (!is_running) return status;
     status["local"] = {
-        {"role", Role(KEVAZORGetLocalRole())},
+        {"role", Role(ZOR_HOST_LOCAL, KEVAZORGetLocalRole)},
         {"boot_stage", Entry(ZOR_HOST_LOCAL, ZOR_STATUS_BOOT_STAGE)},
         {"version", Entry(ZOR_HOST_LOCAL, ZOR_STATUS_HOST_VERSION)},
         {"handler_ready", Flag(ZOR_STATUS_IS_LOCAL_HANDLER_READY, ZORIsLocalHandlerReady)},
@@ -90,7 +94,7 @@ ordered_json Collect() {
         {"alive_by_network", Flag(ZOR_STATUS_IS_REMOTE_ALIVE_BY_NET, ZORIsRemoteAliveByNet)},
         {"alive_by_expander",
          Flag(ZOR_STATUS_IS_REMOTE_ALIVE_BY_EXPANDER_HB, ZORIsRemoteAliveByExpanderHB)},
-        {"role", Role(KEVAZORGetRemoteRole())},
+        {"role", Role(ZOR_HOST_REMOTE, KEVAZORGetRemoteRole)},
         {"boot_stage", Entry(ZOR_HOST_REMOTE, ZOR_STATUS_BOOT_STAGE)},
         {"boot_done", RemoteBootDone()},
         {"version", Entry(ZOR_HOST_REMOTE, ZOR_STATUS_HOST_VERSION)},
