@@ -16,6 +16,7 @@ namespace kevacore {
 namespace {
 
 constexpr mode_t kNewFileMode = 0644;
+constexpr unsigned kMaxTemporaries = 100;
 
 bool WriteAll(int fd, struct iovec *pieces, int count) {
     while (count > 0) {
@@ -70,8 +71,8 @@ bool FileReplacement::Commit(struct iovec *pieces, int count) {
 bool FileReplacement::CreateTemporary() {
     SweepLeftovers(path_);
     const mode_t mode = has_old_ ? old_status_.st_mode & 07777 : kNewFileMode;
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        if (!MakeTemporaryName(path_, temporary_path_, sizeof temporary_path_)) return false;
+    for (unsigned number = 0; number < kMaxTemporaries; ++number) {
+        if (!MakeTemporaryName(path_, number, temporary_path_, sizeof temporary_path_)) break;
         temporary_.Reset(
             open(temporary_path_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
         if (temporary_.IsOpen()) return true;

@@ -23,12 +23,14 @@ constexpr mode_t kNewFileMode = 0644;
 
 extern "C" {
 
+// A flag that is a link to nothing is there: the link itself is what counts.
 int VLIBCFileExist(const char *path) {
     if (!path) {
         BadParameter(kSource, __LINE__);
         return 0;
     }
-    return access(path, F_OK) == 0 ? 1 : 0;
+    struct stat status;
+    return lstat(path, &status) == 0 ? 1 : 0;
 }
 
 int VLIBCFileCheckDir(const char *path) {
@@ -41,17 +43,10 @@ int VLIBCFileCheckDir(const char *path) {
 }
 
 // An existing file is touched by its name, which keeps its inode and takes one
-// call; the link behind a symbolic link is left alone.
+// call. Of a symbolic link the link itself is touched.
 int VLIBCFileTouch(const char *path) {
     if (!path) return BadParameter(kSource, __LINE__);
-    struct stat status;
-    if (fstatat(AT_FDCWD, path, &status, AT_SYMLINK_NOFOLLOW) == 0) {
-        if (!S_ISREG(status.st_mode)) {
-            errno = EINVAL;
-            return SystemError(kSource, __LINE__);
-        }
-        if (utimensat(AT_FDCWD, path, nullptr, AT_SYMLINK_NOFOLLOW) == 0) return 0;
-    }
+    if (utimensat(AT_FDCWD, path, nullptr, AT_SYMLINK_NOFOLLOW) == 0) return 0;
     if (errno != ENOENT) return SystemError(kSource, __LINE__);
     const Descriptor file(
         open(path, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, kNewFileMode));

@@ -31,8 +31,11 @@ bool SendMsg(int queue, const ZORMgrMessage &message) {
 }
 
 bool ReceiveMsg(int queue, int64_t type, ZORMgrMessage *message) {
-    memset(message, 0, sizeof *message);
-    return msgrcv(queue, message, kMsgQueueSize, type, IPC_NOWAIT) >= 0;
+    const ssize_t size = msgrcv(queue, message, kMsgQueueSize, type, IPC_NOWAIT);
+    if (size < 0) return false;
+    const size_t received = sizeof message->identity + static_cast<size_t>(size);
+    memset(reinterpret_cast<char *>(message) + received, 0, sizeof *message - received);
+    return true;
 }
 
 bool IsMsgQueueEmpty(int queue) {

@@ -21,8 +21,8 @@ int OpenMsgQueue(int project, const char *reporter);
 
 bool SendMsg(int queue, const ZORMgrMessage &message);
 
-// Takes one message of the type off the queue, as msgrcv selects it. The
-// message is zeroed first: a short one must not show the rest of another.
+// Takes one message of the type off the queue, as msgrcv selects it. What a
+// short message lacks is zeroed: it must not show the rest of the one before.
 bool ReceiveMsg(int queue, int64_t type, ZORMgrMessage *message);
 
 // Whether the queue holds no message; false when that cannot be told.

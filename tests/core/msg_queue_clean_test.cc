@@ -32,7 +32,7 @@ class MsgQueueClean : public NodeTest {
         message.identity = hour << 20 | thread;
         message.commandId = 17;
         message.sendTime = 1000000;  // the 12th, 13:46:40
-        strncpy(message.processName, process, sizeof message.processName);
+        memcpy(message.processName, process, strnlen(process, sizeof message.processName));
         queue_end::Put(project, message);
     }
 

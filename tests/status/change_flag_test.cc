@@ -33,7 +33,7 @@ TEST_F(ChangeFlag, SetTouchesAnExistingOne) {
 }
 
 TEST_F(ChangeFlag, SetThatFailsIsReportedByItsResultAlone) {
-    const FolderInTheWay folder(kFlag);
+    const UntouchableFile flag(kFlag);
     EXPECT_LT(ZORSetHAStatusChangeFlag(), 0);
     ExpectLog({});
 }

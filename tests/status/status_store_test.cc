@@ -84,7 +84,7 @@ TEST_F(StatusStore, ValueWithANewlineIsRefused) {
 }
 
 TEST_F(StatusStore, ChangeFlagThatCannotBeTouchedIsNoFailure) {
-    const FolderInTheWay folder(kChangeFlag);
+    const UntouchableFile flag(kChangeFlag);
     EXPECT_EQ(ZORSetHAStatus(2, 5, "1"), 0);
     EXPECT_EQ(ReadText(kStatusFile), "local_role=\"1\"\n");
     ExpectLog({"ERROR zor_status(ZORSetHAStatus): Failed to set zor status changed flag"});

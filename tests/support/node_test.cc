@@ -1,5 +1,6 @@
 #include "support/node_test.h"
 
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -54,4 +55,14 @@ FolderInTheWay::FolderInTheWay(std::string path) : path_(std::move(path)) {
 FolderInTheWay::~FolderInTheWay() {
     fs::remove_all(path_);
     if (Exists(path_ + ".aside")) fs::rename(path_ + ".aside", path_);
+}
+
+UntouchableFile::UntouchableFile(std::string path) : path_(std::move(path)) {
+    WriteText(path_, "");
+    EXPECT_EQ(mount(path_.c_str(), path_.c_str(), nullptr, MS_BIND, nullptr), 0);
+    EXPECT_EQ(mount("none", path_.c_str(), nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr), 0);
+}
+
+UntouchableFile::~UntouchableFile() {
+    umount2(path_.c_str(), MNT_DETACH);
 }

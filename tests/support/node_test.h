@@ -50,3 +50,13 @@ class FolderInTheWay {
   private:
     std::string path_;
 };
+
+// Makes a file that cannot be touched or removed.
+class UntouchableFile {
+  public:
+    explicit UntouchableFile(std::string path);
+    ~UntouchableFile();
+
+  private:
+    std::string path_;
+};

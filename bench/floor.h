@@ -1,0 +1,20 @@
+// The least that each operation can be done with: exactly these system calls,
+// and nothing around them.
+#pragma once
+
+namespace floors {
+
+// open, read, close, and a scan of the lines.
+void ReadEntry();
+
+// Lock, read, create, writev, rename, unlock, touch: 12 calls.
+void WriteEntry();
+
+// The same calls in the order that comes to mind: everything that belongs to
+// the write is done before the lock is released.
+void WriteEntryInPlainOrder();
+
+// All the calls of a request and its answer, with the manager's two.
+void SendRequest();
+
+}  // namespace floors

@@ -1,0 +1,122 @@
+// kevazor_bench: what the library's hot operations cost over their floors.
+
+#include <fcntl.h>
+#include <kevacore.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "call_count.h"
+#include "floor.h"
+#include "manager_hop.h"
+#include "node_setup.h"
+#include "paired_loop.h"
+#include "section_lock.h"
+#include "zor_core.h"
+#include "zor_status.h"
+
+namespace {
+
+constexpr int kRounds = 401;
+
+void Expect(bool condition, const char *what) {
+    if (condition) return;
+    fprintf(stderr, "kevazor_bench: %s failed\n", what);
+    exit(1);
+}
+
+// --- The operations of the library, and the same without it
+
+void ReadByLibrary() {
+    char value[180];
+    Expect(ZORGetHAStatus(ZOR_HOST_LOCAL, ZOR_STATUS_HOST_IP, value, sizeof value) == 1, "read");
+}
+
+void ReadByBaseLibrary() {
+    char value[180];
+    Expect(VLIBCFileGetKeyValue(kStatusFile, kEntry, value, sizeof value, 0) == 1, "read");
+}
+
+void WriteByLibrary() {
+    Expect(ZORSetHAStatus(ZOR_HOST_LOCAL, ZOR_STATUS_HOST_IP, "10.0.0.1,10.0.0.3") == 0, "write");
+}
+
+void WriteByBaseLibrary() {
+    const int lock = open(kStatusLock, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    flock(lock, LOCK_EX | LOCK_NB);
+    Expect(VLIBCFileSetKeyValue(kStatusFile, kEntry, "10.0.0.1,10.0.0.3", "%s=\"%s\"\n") == 1,
+           "write");
+    flock(lock, LOCK_UN);
+    close(lock);
+    VLIBCFileTouch(kChangeFlag);
+}
+
+void RequestByLibrary() {
+    ZORMgrRequest request = {};
+    request.commandId = 1000;
+    request.wait = 1;
+    Expect(ZORSendReqToMgr(&request) == 0, "request");
+    free(request.outputData);
+}
+
+// --- The report
+
+void PrintRatio(const char *name, const PairedTimes &times, const char *target) {
+    printf("%-44s %6.3f   %8.2f us over %8.2f us   target %s\n", name, times.ratio, times.first_us,
+           times.second_us, target);
+    fflush(stdout);
+}
+
+void PrintCount(const char *name, long count, const char *target) {
+    printf("%-44s %6ld   %36s target %s\n", name, count, "", target);
+    fflush(stdout);
+}
+
+void MeasureRead() {
+    PrintRatio("R  read one entry / floor",
+               TimePaired(ReadByLibrary, floors::ReadEntry, kRounds, 200), "<= 1.15");
+    PrintRatio("   the library's part: / base-library call",
+               TimePaired(ReadByLibrary, ReadByBaseLibrary, kRounds, 200), "<= 1.05");
+    const CallCount count = CountCalls(ReadByLibrary, true);
+    PrintCount("   system calls", count.system_calls, "3");
+    PrintCount("   instructions", count.instructions, "<= 2000");
+}
+
+double HoldTime(void (*operation)()) {
+    ResetHoldTimes();
+    for (int number = 0; number < 20000; ++number) operation();
+    return MedianHoldTime();
+}
+
+void MeasureWrite() {
+    PrintRatio("W  set one entry / floor",
+               TimePaired(WriteByLibrary, floors::WriteEntry, kRounds, 50), "<= 1.05");
+    PrintRatio("   the library's part: / base-library calls",
+               TimePaired(WriteByLibrary, WriteByBaseLibrary, kRounds, 50), "<= 1.05");
+    PrintCount("   system calls", CountCalls(WriteByLibrary, false).system_calls, "12 to 13");
+    const double library = HoldTime(WriteByLibrary);
+    const double plain = HoldTime(floors::WriteEntryInPlainOrder);
+    const double floor = HoldTime(floors::WriteEntry);
+    PrintRatio("   lock held / plain order", {library, plain, library / plain}, "<= 0.55");
+    PrintRatio("   (lock held by the floor / plain order)", {floor, plain, floor / plain}, "");
+}
+
+void MeasureRequest() {
+    StartManagerHop();
+    PrintRatio("Q  one request and its answer / floor",
+               TimePaired(RequestByLibrary, floors::SendRequest, kRounds, 50), "<= 1.1");
+    PrintCount("   system calls", CountCalls(RequestByLibrary, false).system_calls, "21");
+    StopManagerHop();
+}
+
+}  // namespace
+
+int main() {
+    SetUpNode();
+    MeasureRead();
+    MeasureWrite();
+    MeasureRequest();
+}

@@ -1,0 +1,16 @@
+// The files of a node that the measured operations work on.
+#pragma once
+
+constexpr char kStatusFile[] = "/tmp/zor/ha.status";
+constexpr char kStatusTemporary[] = "/tmp/zor/.ha.status.floor";
+constexpr char kStatusLock[] = "/tmp/zor/.zor.ha.status.lock";
+constexpr char kChangeFlag[] = "/tmp/zor/.zor.status.changed";
+constexpr char kKeyFile[] = "/tmp/zor/.msg_queue_key_file";
+constexpr char kSerialFile[] = "/proc/sys/kernel/keva_serial";
+
+// The entry that is read and written; it stands in the middle of the file.
+constexpr char kEntry[] = "local_host_IP";
+
+// Writes a status file of 44 entries and about 2.4 KB, the key file, and the
+// change flag. Ends the program when this is no private node.
+void SetUpNode();
