@@ -22,10 +22,12 @@ namespace {
 constexpr int kSetupFailed = 125;
 constexpr int kCommandNotFound = 127;
 
-pid_t first_process = -1;
+// The one that this process started and waits for: in the process outside, the
+// first process of the node; in that one, the command.
+pid_t next_process = -1;
 
-void UnshareNamespaces() {
-    if (unshare(CLONE_NEWNS | CLONE_NEWIPC | CLONE_NEWPID | CLONE_NEWUTS) == 0) return;
+void Unshare(int namespaces) {
+    if (unshare(namespaces) == 0) return;
     const std::string reason = strerror(errno);
     throw NodeError(
         "this machine refuses the namespaces that a private node is made of (" + reason + ").\n" +
@@ -55,21 +57,27 @@ void DieWithParent(int parent_alive) {
     _exit(kCommandNotFound);
 }
 
+// A request to stop is the command's business, and so is Ctrl-C, which reaches
+// it by the terminal.
+void ForwardSignals() {
+    struct sigaction forward = {};
+    forward.sa_handler = [](int number) { kill(next_process, number); };
+    sigaction(SIGTERM, &forward, nullptr);
+    sigaction(SIGHUP, &forward, nullptr);
+    signal(SIGINT, SIG_IGN);
+}
+
 int RunCommand(const std::vector<std::string> &command) {
     const pid_t child = fork();
     if (child < 0) ThrowErrno("cannot start the command");
     if (child == 0) {
-        // Of a session that ends with Ctrl-C the command decides for itself.
         signal(SIGINT, SIG_DFL);
         signal(SIGTERM, SIG_DFL);
+        signal(SIGHUP, SIG_DFL);
         Exec(command);
     }
-    first_process = child;
-    struct sigaction forward = {};
-    forward.sa_handler = [](int number) { kill(first_process, number); };
-    sigaction(SIGTERM, &forward, nullptr);
-    sigaction(SIGHUP, &forward, nullptr);
-    signal(SIGINT, SIG_IGN);
+    next_process = child;
+    ForwardSignals();
     for (;;) {  // orphans of the node are reaped on the way
         int status;
         const pid_t ended = wait(&status);
@@ -79,6 +87,7 @@ int RunCommand(const std::vector<std::string> &command) {
 }
 
 int RunFirstProcess(const NodeOptions &options) try {
+    Unshare(CLONE_NEWNS | CLONE_NEWIPC | CLONE_NEWUTS);
     LogCollector collector(options.log_file);
     EnterPrivateRoot(options);
     if (sethostname("zornode", 7) != 0) ThrowErrno("cannot set the host name");
@@ -97,23 +106,22 @@ int RunFirstProcess(const NodeOptions &options) try {
 }  // namespace
 
 int RunInNode(const NodeOptions &options) {
-    UnshareNamespaces();
+    const int own_pids = open("/proc/self/ns/pid", O_RDONLY | O_CLOEXEC);
+    Unshare(CLONE_NEWPID);
     int alive[2];
     if (pipe2(alive, O_CLOEXEC) != 0) ThrowErrno("cannot make a pipe");
-    first_process = fork();
-    if (first_process < 0) ThrowErrno("cannot start the node");
-    if (first_process == 0) {
+    next_process = fork();
+    if (next_process < 0) ThrowErrno("cannot start the node");
+    if (next_process == 0) {
         close(alive[1]);
         DieWithParent(alive[0]);
         _exit(RunFirstProcess(options));
     }
-    struct sigaction forward = {};
-    forward.sa_handler = [](int number) { kill(first_process, number); };
-    sigaction(SIGTERM, &forward, nullptr);
-    sigaction(SIGHUP, &forward, nullptr);
-    signal(SIGINT, SIG_IGN);
+    setns(own_pids, CLONE_NEWPID);  // only the first process belongs in there
+    close(own_pids);
+    ForwardSignals();
     int status;
-    while (waitpid(first_process, &status, 0) < 0) {
+    while (waitpid(next_process, &status, 0) < 0) {
         if (errno != EINTR) ThrowErrno("cannot wait for the node");
     }
     return ExitStatus(status);
