@@ -230,8 +230,9 @@ int32_t KEVAZORGetRemoteRole(void);
 
 /*
  * Whether the other node is alive by expander heartbeat or by network: 0 with
- * 1 or 0 in *alive. -1 silently, *alive untouched, when the manager is not
- * running or the expander heartbeat entry is absent. alive must not be null.
+ * 1 or 0 in *alive. -1 without a line of its own, *alive untouched, when the
+ * manager is not running or the expander heartbeat entry cannot be read as
+ * present. alive must not be null.
  */
 int32_t KEVAZORIsRemoteAlive(uint32_t *alive);
 

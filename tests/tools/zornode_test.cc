@@ -124,6 +124,14 @@ TEST_F(ZorNode, PassesTermOnToTheCommand) {
     EXPECT_EQ(node.End(SIGTERM), 5);
 }
 
+TEST_F(ZorNode, TestProgramsRefuseToRunOutside) {
+    // The marker of this node is not that of another mount namespace.
+    const CommandResult result = RunCommand({"unshare", "-m", KEVAZOR_TEST_PROGRAM});
+    EXPECT_EQ(result.exit_code, 2);
+    EXPECT_NE(result.errors.find("refusing to run outside a private node"), std::string::npos);
+    EXPECT_EQ(result.output, "");
+}
+
 TEST_F(ZorNode, SaysClearlyWhatItNeeds) {
     // As a user without rights, where user namespaces do not help either.
     const CommandResult result = RunCommand(
