@@ -1,13 +1,18 @@
 /*
- * zor_core: requests to the manager, and the serial numbers of the node.
+ * zor_core: requests to the manager; the serial numbers and addresses of the
+ * node and the cluster; network interfaces, system disks, process priorities.
  *
  * Requests travel over two System V message queues; docs/records.md gives the
  * message. Nothing here blocks in the kernel: a waiting call looks for its
  * answer once a second.
+ *
+ * Results: 0 success, -1 failure, unless a function says otherwise. Buffers are
+ * the caller's, with their size in bytes.
  */
 #ifndef ZOR_CORE_H
 #define ZOR_CORE_H
 
+#include <kevacore.h>
 #include <stddef.h>
 #include <stdint.h>
 
@@ -125,6 +130,142 @@ int32_t ZORGetCustomSerialNumber(char *buffer, uint32_t size);
 int32_t KEVAZORGetOriginalSN(char *buffer, uint32_t size);
 int32_t KEVAZORGetCustomSN(char *buffer, uint32_t size);
 
+/* --- Serial numbers and addresses of the cluster ------------------------- */
+
+/* The remote node's serial from ha.conf. -1 when it is absent or cannot be read. */
+int32_t KEVAZORGetRemoteOriginalSN(char *buffer, uint32_t size);
+
+/*
+ * The cluster's serial number (custom 0) or custom serial number (any other)
+ * from ha.conf; without one, this node's own. ERROR "Error parameter", "This
+ * model is not dual head", and for the serial number "Failed to get ha serial
+ * number from ha conf" (before its fall-back), "Failed to get original serial
+ * number".
+ */
+int32_t KEVAZORGetSerialNumber(int32_t custom, char *buffer, uint32_t size);
+
+/*
+ * The cluster's MAC address at a position, from 0. ERROR "Error parameter",
+ * "This model is not dual head", "Failed to get ha mac address from ha conf",
+ * "Failed to alloc list", "Failed to strsep", "Failed to get mac from list".
+ */
+int32_t KEVAZORGetMac(int32_t index, char *buffer, uint32_t size);
+
+/* --- Network interfaces -------------------------------------------------- */
+
+#define ZOR_IF_TABLE_SIZE 9 /* ports (with the heartbeat link), bonds, interfaces */
+#define ZOR_IF_NAME_SIZE 16
+
+/* A port; entry 0 of its table is the heartbeat link, entry k + 1 is ethk. */
+typedef struct ZORIfPort {
+    int32_t index; /* of the entry; -1: not filled */
+    int32_t bond;  /* number of its bond; -1: none */
+    int32_t monitored;
+    int32_t staticIp;
+    int32_t present;
+    int32_t localSpeed;  /* Mbit/s; -1: none */
+    int32_t remoteSpeed; /* Mbit/s; -1: none */
+} ZORIfPort;
+
+typedef struct ZORIfBond {
+    int32_t number;         /* -1: not filled */
+    int32_t memberCount;    /* -1: not filled */
+    int32_t minLocalSpeed;  /* of its members; -1: none */
+    int32_t minRemoteSpeed; /* of its members; -1: none */
+    int32_t monitored;
+    int32_t staticIp;
+} ZORIfBond;
+
+/* An interface in the order of the list of names: a port or a bond. */
+typedef struct ZORIfEntry {
+    int32_t isBond;
+    int32_t monitored;
+    int32_t index; /* k + 1 for ethk, the number of a bond; -1: not filled */
+    char name[ZOR_IF_NAME_SIZE];
+} ZORIfEntry;
+
+/* Interfaces of both nodes (docs/records.md). */
+typedef struct ZORIfInfo {
+    ZORIfPort ports[ZOR_IF_TABLE_SIZE];
+    ZORIfBond bonds[ZOR_IF_TABLE_SIZE];
+    ZORIfEntry interfaces[ZOR_IF_TABLE_SIZE];
+    int32_t portCount; /* entries of ports in use, the heartbeat link included */
+    int32_t bondCount; /* highest bond number + 1 */
+    int32_t interfaceCount;
+} ZORIfInfo;
+
+/*
+ * Fills the record from ha.status and ha.conf. After -1 the record must not be
+ * used. ERROR "Bad paramter" (null record), "Failed to alloc memory", "Failed
+ * to read monitor if", "Failed to read ha.status for if name", "Failed to read
+ * ha.status for is static ip", "Failed to strsep", "input size not enought %d
+ * < %d", "Get ha status if speed failed.", "Get eth:%d more than monitor list
+ * (%s)", "Failed to strsep: %s", "Failed to sscanf(%s)" (NOTICE for a port),
+ * "Failed to sscanf(%s) idx:%d". No failure: ERROR "Static ip array not
+ * enought for read conf if info, %d %d", and without numbers for a bond.
+ */
+int32_t ZORGetConfIfInfo(ZORIfInfo *info);
+
+/*
+ * The number in a name "ethN" or "ovs_ethN" (eth non-zero), "bondN" or
+ * "ovs_bondN" (bond non-zero). -1 when no pattern matches; ERROR "Error
+ * parameter" (a null pointer), "Nothing to check" (both flags 0).
+ */
+int32_t ZORParseIFIndex(const char *name, int32_t *index, int32_t eth, int32_t bond);
+
+/*
+ * 1 when a name begins like a port (eth non-zero) or like a bond (bond
+ * non-zero), else 0; ERROR "Error parameter" (null name), "Nothing to
+ * validate" (both flags 0).
+ */
+int32_t ZORValidateIFPrefix(const char *name, int32_t eth, int32_t bond);
+
+/* 1 when the heartbeat link has a local speed, else 0; NOTICE "Failed to read netInfo". */
+int32_t ZORIsHeartbeatLinkNormal(void);
+
+/* Says that the network configuration is being changed (non-zero) or no longer (0). */
+int32_t ZORSetNetConfChanging(int32_t changing);
+
+/* Non-zero while the network configuration is being changed. */
+int32_t ZORIsNetConfChanging(void);
+
+/*
+ * Asks the manager for a bonding; list: text of size bytes. Waits up to 30
+ * seconds. ERROR "Error parameter" (null list, size 0), "Failed send msg to
+ * state controller, with if list [%s]".
+ */
+int32_t KEVAZORBonding(const char *list, int32_t size);
+
+/* Tells the manager that a bonding is done. ERROR "Failed send msg to state controller". */
+int32_t KEVAZORBondingDone(uint32_t value);
+
+/* --- System disks, on the active node ------------------------------------ */
+
+/*
+ * Stores the names of the system disks. ERROR "Set system disk list only
+ * support on active", "Fail to dump list to string", "Failed to set ha status
+ * for sys disk list: %s".
+ */
+int32_t KEVAZORSetSystemDiskList(const VLIBCSzList *list);
+
+/*
+ * Appends the stored names to the caller's list. ERROR "Get system disk list
+ * only support on active", "Bad parameter. input list is null or not alloc",
+ * "Failed to get disk list", "Get empty string from sys disk list",
+ * "VLIBCStrSep failed, input string: %s".
+ */
+int32_t KEVAZORGetSystemDiskList(VLIBCSzList **list);
+
+/* --- Process priority ---------------------------------------------------- */
+
+/*
+ * Sets the nice value, the I/O priority (as the kernel encodes it) and the
+ * out-of-memory score of the calling process. All three are tried; -1 when one
+ * failed. Lines of a short form, "zor_core:LINE Failed to set cpu priority",
+ * "... io priority", "... oom priority".
+ */
+int32_t ZORSetPriority(int32_t nice, int32_t ioPriority, int32_t oomScore);
+
 #pragma GCC visibility pop
 #ifdef __cplusplus
 }
@@ -147,6 +288,10 @@ ZOR_CORE_ASSERT(zor_message_send_time, offsetof(ZORMgrMessage, sendTime) == 3253
 ZOR_CORE_ASSERT(zor_cancel_payload_size, sizeof(ZORCancelPayload) == 32);
 ZOR_CORE_ASSERT(zor_cancel_payload_reason, offsetof(ZORCancelPayload, reason) == 24);
 ZOR_CORE_ASSERT(zor_request_size, sizeof(void *) != 8 || sizeof(ZORMgrRequest) == 48);
+ZOR_CORE_ASSERT(zor_if_info_size, sizeof(ZORIfInfo) == 732);
+ZOR_CORE_ASSERT(zor_if_info_bonds, offsetof(ZORIfInfo, bonds) == 252);
+ZOR_CORE_ASSERT(zor_if_info_interfaces, offsetof(ZORIfInfo, interfaces) == 468);
+ZOR_CORE_ASSERT(zor_if_info_counts, offsetof(ZORIfInfo, portCount) == 720);
 #undef ZOR_CORE_ASSERT
 
 #endif

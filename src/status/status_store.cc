@@ -12,7 +12,6 @@
 namespace {
 
 constexpr char kLogModule[] = "zor_status";
-constexpr char kLineFormat[] = "%s=\"%s\"\n";
 
 int32_t ZORRemoveHAStatusImp(uint32_t selector, uint32_t key) {
     const char *name = ZORGetStatusKey(selector, key);
@@ -39,7 +38,7 @@ int32_t ZORSetHAStatusImp(uint32_t selector, uint32_t key, const char *value) {
         ZOR_ERROR("Failed to get key");
         return -1;
     }
-    if (VLIBCFileSetKeyValue(kStatusFile, name, value, kLineFormat) != 1) {
+    if (VLIBCFileSetKeyValue(kStatusFile, name, value, kKeyValueLine) != 1) {
         ZOR_ERROR("Failed to set value of key (key:%s, value:%s)", name, value);
         return -1;
     }

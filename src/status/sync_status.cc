@@ -2,11 +2,11 @@
 
 #include <cstddef>
 #include <cstdio>
-#include <cstring>
 
 #include "foundation/decimal.h"
 #include "foundation/held_lock.h"
 #include "foundation/log.h"
+#include "foundation/record_text.h"
 #include "status/status_store.h"
 #include "zor_status.h"
 
@@ -48,13 +48,9 @@ constexpr SyncField kBlockingTasksField = ZOR_SYNC_FIELD(ZOR_STATUS_BLOCKING_TAS
 constexpr size_t kWidest = sizeof(ZORSyncStatus::blockingTasks);
 static_assert(sizeof kCommonFields / sizeof kCommonFields[0] == 7);
 
-// Writes a field, which may lack its NUL when it is full.
 bool StoreField(const ZORSyncStatus &record, uint32_t selector, const SyncField &field) {
     char text[kWidest + 1];
-    const char *from = reinterpret_cast<const char *>(&record) + field.offset;
-    const size_t length = strnlen(from, field.width);
-    memcpy(text, from, length);
-    text[length] = '\0';
+    CopyRecordText(&record, field.offset, field.width, text);
     return ZORSetHAStatusImp(selector, field.key, text) == 0;
 }
 
