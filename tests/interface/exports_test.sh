@@ -18,7 +18,7 @@ grep -v '^#' "$source/src/exports.list" | grep . | sort >"$work/listed"
 nm -D --defined-only "$library" | awk '{print $3}' | sort >"$work/built"
 # Every name that is declared with C linkage in a header of this library.
 for header in "$source"/include/zor_*.h; do
-    cc -std=c99 -E -P "$header"
+    cc -std=c99 -E -P -I "$source/include" "$header"
 done | tr '\n' ' ' | tr ';{}' '\n\n\n' |
     sed -n -e 's/^.*[ *]\(\(KEVAZOR\|ZOR\|HW\|__zor\)[A-Za-z0-9_]*\) *(.*$/\1/p' \
         -e 's/^.*extern const .*[ *]\(r\?g[A-Za-z0-9]*\)\[.*$/\1/p' | sort -u >"$work/declared"

@@ -36,6 +36,10 @@ NodeTest::NodeTest() {
     umask(022);
     fs::remove_all(kRuntimeFolder);
     fs::create_directories("/tmp/zor/ui");
+    for (const char *folder : {"/usr/keva/etc/kevazor", "/var/lib/zor"}) {
+        fs::remove_all(folder);
+        fs::create_directories(folder);
+    }
     WriteText(kKeyFile, "");
     WriteText(kSerialFile, "NODE0001\n");
     WriteText(kCustomSerialFile, "CUSTOM01\n");
