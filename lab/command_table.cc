@@ -5,6 +5,7 @@
 #include <iterator>
 #include <type_traits>
 
+#include "bonding_plan.h"
 #include "pending_answers.h"
 
 namespace {
@@ -50,6 +51,19 @@ Outcome LoadSnapshot(const ZORMgrMessage &request, CommandContext & /*context*/)
     return {false, "", "snapshot " + std::to_string(type) + " has no builder"};
 }
 
+Outcome StartBonding(const ZORMgrMessage &request, CommandContext &context) {
+    const std::string list(reinterpret_cast<const char *>(request.payload), PayloadLength(request));
+    if (!context.bonding.Start(list)) return {false, "", "no list of interfaces: " + list};
+    return {true, "", "the network changes to " + list};
+}
+
+Outcome FinishBonding(const ZORMgrMessage &request, CommandContext &context) {
+    uint32_t value;
+    if (!ReadPayload(request, &value)) return {false, "", "no value"};
+    if (!context.bonding.Finish()) return {false, "", "no bonding is under way"};
+    return {true, "", "the network has changed, value " + std::to_string(value)};
+}
+
 Outcome NotServed(const ZORMgrMessage & /*request*/, CommandContext & /*context*/) {
     return {false, "", "not served by this manager"};
 }
@@ -69,8 +83,8 @@ constexpr Command kCommands[] = {
     {45, "adjust the remote node's fans", NotServed},
     {50, "load a management-interface snapshot", LoadSnapshot},
     {52, "send notification data to the remote node", NotServed},
-    {55, "bonding", NotServed},
-    {56, "bonding done", NotServed},
+    {55, "bonding", StartBonding},
+    {56, "bonding done", FinishBonding},
     {60, "halt check", NotServed},
     {62, "reset button pressed", NotServed},
     {63, "check the health status now", NotServed},

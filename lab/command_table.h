@@ -6,11 +6,13 @@
 
 #include "zor_core.h"
 
+class BondingPlan;
 class PendingAnswers;
 
 // What a handler may use.
 struct CommandContext {
     PendingAnswers &pending;
+    BondingPlan &bonding;
 };
 
 // The outcome of a command: whether it succeeded, the payload of the answer, and

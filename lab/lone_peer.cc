@@ -7,6 +7,8 @@ class LonePeer : public Peer {
     bool IsAliveByNet() const override { return false; }
     bool IsAliveByExpander() const override { return false; }
     bool IsHandlerReady() const override { return false; }
+    std::string Serial() const override { return ""; }
+    bool SendConf(const ZORSyncConf & /*conf*/) override { return false; }
     bool SendStatus(const ZORSyncStatus & /*status*/) override { return false; }
     bool TakeStatus(ZORSyncStatus * /*status*/) override { return false; }
 };

@@ -1,7 +1,5 @@
 #include "machine.h"
 
-#include <arpa/inet.h>
-#include <ifaddrs.h>
 #include <kevacore.h>
 #include <sys/sysinfo.h>
 
@@ -10,8 +8,8 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <map>
-#include <memory>
+
+#include "address_table.h"
 
 namespace fs = std::filesystem;
 
@@ -27,6 +25,13 @@ struct Link {
     int index;
     int wanted_number;  // of an "ethK" name, else -1
 };
+
+std::string ReadWord(const fs::path &path) {
+    std::ifstream file(path);
+    std::string word;
+    file >> word;
+    return word;
+}
 
 int ReadNumber(const fs::path &path, int otherwise) {
     std::ifstream file(path);
@@ -62,21 +67,6 @@ std::vector<Link> ReadLinks() {
     return links;
 }
 
-std::map<std::string, std::string> ReadAddresses() {
-    std::map<std::string, std::string> addresses;
-    struct ifaddrs *list = nullptr;
-    if (getifaddrs(&list) != 0) return addresses;
-    const std::unique_ptr<struct ifaddrs, decltype(&freeifaddrs)> owner(list, freeifaddrs);
-    for (const struct ifaddrs *item = list; item; item = item->ifa_next) {
-        if (!item->ifa_addr || item->ifa_addr->sa_family != AF_INET) continue;
-        char text[INET_ADDRSTRLEN];
-        const auto *address = reinterpret_cast<const struct sockaddr_in *>(item->ifa_addr);
-        if (inet_ntop(AF_INET, &address->sin_addr, text, sizeof text))
-            addresses.emplace(item->ifa_name, text);
-    }
-    return addresses;
-}
-
 std::string ReadVersionKey(const char *key) {
     char value[32];
     return VLIBCFileGetKeyValue(kVersionFile, key, value, sizeof value, 0) > 0 ? value : "";
@@ -104,12 +94,45 @@ std::vector<Port> ReadPorts() {
         port.name = "eth" + std::to_string(number);
         port.kernel_name = name;
         const auto address = addresses.find(name);
-        if (address != addresses.end()) port.address = address->second;
+        if (address != addresses.end()) {
+            port.address = address->second.text;
+            port.has_static_ip = address->second.is_static;
+        }
+        port.mac = ReadWord(folder / "address");
+        std::error_code error;
+        port.bond = fs::read_symlink(folder / "master", error).filename();
         port.is_up = ReadNumber(folder / "carrier", 0) == 1;
         port.speed_mbit = port.is_up ? ReadNumber(folder / "speed", -1) : -1;
         ports.push_back(port);
     }
     return ports;
+}
+
+std::vector<Bond> ReadBonds() {
+    const auto addresses = ReadAddresses();
+    std::vector<Bond> bonds;
+    std::error_code error;
+    for (const fs::directory_entry &entry : fs::directory_iterator(kNetFolder, error)) {
+        if (!fs::exists(entry.path() / "bonding")) continue;
+        Bond bond;
+        bond.kernel_name = entry.path().filename();
+        bond.name = "bond" + std::to_string(bonds.size());
+        const auto address = addresses.find(bond.kernel_name);
+        if (address != addresses.end()) {
+            bond.address = address->second.text;
+            bond.has_static_ip = address->second.is_static;
+        }
+        bonds.push_back(bond);
+    }
+    return bonds;
+}
+
+std::set<std::string> ReadProcessNames() {
+    std::set<std::string> names;
+    std::error_code error;
+    for (const fs::directory_entry &entry : fs::directory_iterator("/proc", error))
+        names.insert(ReadWord(entry.path() / "comm"));
+    return names;
 }
 
 int64_t ReadMemoryMib() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -11,12 +12,28 @@ struct Port {
     std::string name;
     std::string kernel_name;
     std::string address;  // the first IPv4 address; may be empty
+    std::string mac;
+    std::string bond;  // the kernel's name of the bond that it is a member of; may be empty
+    bool has_static_ip = false;
     bool is_up = false;
     int speed_mbit = -1;  // -1: unknown or no link
 };
 
 // At most eight ports, in the order of their numbers.
 std::vector<Port> ReadPorts();
+
+// A bond of the machine, named "bondK" like an appliance's.
+struct Bond {
+    std::string name;
+    std::string kernel_name;
+    std::string address;
+    bool has_static_ip = false;
+};
+
+std::vector<Bond> ReadBonds();
+
+// The kernel's names of all processes that run.
+std::set<std::string> ReadProcessNames();
 
 // Installed memory in MiB; 0 when it cannot be told.
 int64_t ReadMemoryMib();

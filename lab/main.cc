@@ -19,13 +19,13 @@ namespace {
 
 volatile sig_atomic_t stop_asked = 0;
 
-int RunManager(int role) {
+int RunManager(int role, const std::string &peer) {
     struct sigaction stop = {};
     stop.sa_handler = [](int) { stop_asked = 1; };
     sigaction(SIGTERM, &stop, nullptr);
     sigaction(SIGINT, &stop, nullptr);
     if (!CheckQueueLimits()) return 1;
-    Manager(role, MakeLonePeer()).Run(stop_asked);
+    Manager(role, peer == "in-process" ? MakeInProcessPeer() : MakeLonePeer()).Run(stop_asked);
     return 0;
 }
 
@@ -71,6 +71,11 @@ int main(int argc, char **argv) {
         ->check(CLI::IsMember({1, 2, 4}))
         ->capture_default_str();
 
+    std::string peer = "none";
+    manager->add_option("--peer", peer, "the other node")
+        ->check(CLI::IsMember({"none", "in-process"}))
+        ->capture_default_str();
+
     uint32_t command = 0;
     std::string behaviour;
     CLI::App *tell = app.add_subcommand("tell", "make a command misbehave from now on");
@@ -81,7 +86,7 @@ int main(int argc, char **argv) {
 
     CLI11_PARSE(app, argc, argv);
     try {
-        if (*manager) return RunManager(role);
+        if (*manager) return RunManager(role, peer);
         if (*tell) return Tell(command, behaviour);
         if (*stop) return Stop();
     } catch (const std::exception &error) {

@@ -9,7 +9,10 @@
 
 #include "behaviour.h"
 #include "command_table.h"
+#include "node_conf.h"
+#include "zor_conf.h"
 #include "zor_filelock.h"
+#include "zor_status.h"
 
 namespace {
 
@@ -18,7 +21,7 @@ using std::chrono::seconds;
 using std::chrono::steady_clock;
 
 constexpr milliseconds kPollPause{20};
-constexpr seconds kPublishPause{1};
+constexpr seconds kWorkPause{1};
 constexpr uint32_t kTooLong = ZOR_PAYLOAD_SIZE + 1;
 
 // A line of the manager's own log, on standard output.
@@ -71,10 +74,12 @@ Outcome HandleInItsGroup(const ZORMgrMessage &request, CommandContext &context) 
 }  // namespace
 
 Manager::Manager(int role, std::unique_ptr<Peer> peer)
-    : peer_(std::move(peer)), publisher_(role, *peer_) {
+    : peer_(std::move(peer)), publisher_(role, *peer_, bonding_) {
     publisher_.Publish();
+    KeepConf(role, peer_->Serial());
+    ExchangeWithPeer();
     publisher_.AnnounceReady();
-    next_publishing_ = steady_clock::now() + kPublishPause;
+    next_work_ = steady_clock::now() + kWorkPause;
     Tell("the node is served, role " + std::to_string(role));
 }
 
@@ -83,14 +88,14 @@ void Manager::Run(const volatile std::sig_atomic_t &stop) {
     while (!stop) {
         while (queues_.TakeRequest(request.get())) Serve(*request);
         pending_.TakeDue([this](const ZORMgrMessage &answer) { queues_.SendAnswer(answer); });
-        PublishEverySecond();
+        WorkEverySecond();
         std::this_thread::sleep_for(kPollPause);
     }
     Tell("stopping");
 }
 
 void Manager::Serve(const ZORMgrMessage &request) {
-    CommandContext context = {pending_};
+    CommandContext context = {pending_, bonding_};
     const bool is_told_to_refuse = BehaviourOf(request.commandId).conduct == Conduct::kRefuse;
     const Outcome outcome = is_told_to_refuse ? Outcome{false, "", "told to refuse"}
                                               : HandleInItsGroup(request, context);
@@ -135,9 +140,22 @@ void Manager::Answer(const ZORMgrMessage &request, const ZORMgrMessage &answer) 
     }
 }
 
-void Manager::PublishEverySecond() {
+void Manager::WorkEverySecond() {
     const auto now = steady_clock::now();
-    if (now < next_publishing_) return;
-    next_publishing_ = now + kPublishPause;
+    if (now < next_work_) return;
+    next_work_ = now + kWorkPause;
     publisher_.Publish();
+    ExchangeWithPeer();
+}
+
+// The status both ways, and the configuration when it has changed.
+void Manager::ExchangeWithPeer() {
+    ZORSyncStatus status = {};
+    if (ZORGetSyncHAStatus(ZOR_HOST_LOCAL, &status) == 0) peer_->SendStatus(status);
+    if (peer_->TakeStatus(&status)) ZORSetSyncHAStatus(ZOR_HOST_REMOTE, &status);
+    ZORSyncConf conf = {};
+    if (!ZORIsConfChanged() || ZORGetLocalRole() != ZOR_ROLE_ACTIVE) return;
+    if (ZORGetSyncHAConf(&conf) != 0 || !peer_->SendConf(conf)) return;
+    ZORCleanConfChangeFlag();
+    Tell("the configuration went to the peer " + peer_->Serial());
 }

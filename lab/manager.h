@@ -5,6 +5,7 @@
 #include <csignal>
 #include <memory>
 
+#include "bonding_plan.h"
 #include "manager_queues.h"
 #include "peer.h"
 #include "pending_answers.h"
@@ -21,13 +22,15 @@ class Manager {
   private:
     void Serve(const ZORMgrMessage &request);
     void Answer(const ZORMgrMessage &request, const ZORMgrMessage &answer);
-    void PublishEverySecond();
+    void WorkEverySecond();
+    void ExchangeWithPeer();
 
     // In this order: the queues need the key file, and go before it.
     RuntimeFolder folder_;
     ManagerQueues queues_;
     std::unique_ptr<Peer> peer_;
+    BondingPlan bonding_;
     StatusPublisher publisher_;
     PendingAnswers pending_;
-    std::chrono::steady_clock::time_point next_publishing_;
+    std::chrono::steady_clock::time_point next_work_;
 };

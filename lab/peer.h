@@ -4,7 +4,9 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
+#include "zor_conf.h"
 #include "zor_status.h"
 
 class Peer {
@@ -15,6 +17,12 @@ class Peer {
     virtual bool IsAliveByExpander() const = 0;
     virtual bool IsHandlerReady() const = 0;
 
+    // The factory serial number; empty when the peer is not known.
+    virtual std::string Serial() const = 0;
+
+    // Sends this node's configuration. False when the peer cannot be reached.
+    virtual bool SendConf(const ZORSyncConf &conf) = 0;
+
     // Sends this node's status. False when the peer cannot be reached.
     virtual bool SendStatus(const ZORSyncStatus &status) = 0;
 
@@ -24,3 +32,7 @@ class Peer {
 
 // The peer of a node that is alone: never there.
 std::unique_ptr<Peer> MakeLonePeer();
+
+// A peer that lives in this process: always there and passive. It keeps what it
+// is sent and says so, and its interfaces are as fast as this node's.
+std::unique_ptr<Peer> MakeInProcessPeer();

@@ -4,8 +4,11 @@
 
 #include <cstdio>
 
+#include "bonding_plan.h"
+#include "interface_lists.h"
 #include "machine.h"
 #include "peer.h"
+#include "service_states.h"
 #include "zor_filelock.h"
 #include "zor_status.h"
 
@@ -18,18 +21,14 @@ std::string YesNo(bool value) {
     return value ? "yes" : "no";
 }
 
-void AppendItem(std::string *list, const std::string &item, bool is_first) {
-    if (!is_first) *list += ',';
-    *list += item;
-}
-
 }  // namespace
 
 int StatusPublisher::Publish() {
     written_ = 0;
     PublishNode();
     PublishPeer();
-    PublishPorts();
+    PublishInterfaces();
+    PublishServices();
     PublishMemory();
     return written_;
 }
@@ -61,21 +60,17 @@ void StatusPublisher::PublishPeer() {
     Set(ZOR_HOST_LOCAL, ZOR_STATUS_IS_REMOTE_HANDLER_READY, YesNo(peer_.IsHandlerReady()));
 }
 
-// The speeds begin with that of the heartbeat link, which a lone node has not.
-void StatusPublisher::PublishPorts() {
-    std::string names, addresses, states;
-    std::string speeds = "-1";
-    for (const Port &port : ReadPorts()) {
-        const bool is_first = names.empty();
-        AppendItem(&names, port.name, is_first);
-        AppendItem(&addresses, port.address, is_first);
-        AppendItem(&states, port.is_up ? "up" : "down", is_first);
-        AppendItem(&speeds, std::to_string(port.speed_mbit), false);
-    }
-    Set(ZOR_HOST_LOCAL, ZOR_STATUS_HOST_IFNAME, names);
-    Set(ZOR_HOST_LOCAL, ZOR_STATUS_HOST_IP, addresses);
-    Set(ZOR_HOST_LOCAL, ZOR_STATUS_HOST_IF_STATUS, states);
-    Set(ZOR_HOST_LOCAL, ZOR_STATUS_HOST_IF_SPEED, speeds);
+void StatusPublisher::PublishInterfaces() {
+    const InterfaceLists lists = ListInterfaces(bonding_.Names(), peer_.IsAliveByNet());
+    Set(ZOR_HOST_LOCAL, ZOR_STATUS_HOST_IFNAME, lists.names);
+    Set(ZOR_HOST_LOCAL, ZOR_STATUS_HOST_IP, lists.addresses);
+    Set(ZOR_HOST_LOCAL, ZOR_STATUS_HOST_IF_STATUS, lists.states);
+    Set(ZOR_HOST_LOCAL, ZOR_STATUS_HOST_IF_SPEED, lists.speeds);
+    Set(ZOR_HOST_LOCAL, ZOR_STATUS_IF_HAS_STATIC_IP, lists.statics);
+}
+
+void StatusPublisher::PublishServices() {
+    Set(ZOR_HOST_CLUSTER, ZOR_STATUS_MONITOR_SERVICE_STATUS, ListServiceStates());
 }
 
 void StatusPublisher::PublishMemory() {

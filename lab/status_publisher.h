@@ -6,11 +6,13 @@
 #include <string>
 #include <utility>
 
+class BondingPlan;
 class Peer;
 
 class StatusPublisher {
   public:
-    StatusPublisher(int role, const Peer &peer) : role_(role), peer_(peer) {}
+    StatusPublisher(int role, const Peer &peer, const BondingPlan &bonding)
+        : role_(role), peer_(peer), bonding_(bonding) {}
 
     // Writes the entries that have changed since the last call; returns how many.
     int Publish();
@@ -22,11 +24,13 @@ class StatusPublisher {
     void Set(uint32_t selector, uint32_t key, const std::string &value);
     void PublishNode();
     void PublishPeer();
-    void PublishPorts();
+    void PublishInterfaces();
+    void PublishServices();
     void PublishMemory();
 
     const int role_;
     const Peer &peer_;
+    const BondingPlan &bonding_;
     int written_ = 0;
     std::map<std::pair<uint32_t, uint32_t>, std::string> published_;
     std::string published_memory_;

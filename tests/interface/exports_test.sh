@@ -21,7 +21,7 @@ for header in "$source"/include/zor_*.h; do
     cc -std=c99 -E -P -I "$source/include" "$header"
 done | tr '\n' ' ' | tr ';{}' '\n\n\n' |
     sed -n -e 's/^.*[ *]\(\(KEVAZOR\|ZOR\|HW\|__zor\)[A-Za-z0-9_]*\) *(.*$/\1/p' \
-        -e 's/^.*extern const .*[ *]\(r\?g[A-Za-z0-9]*\)\[.*$/\1/p' | sort -u >"$work/declared"
+        -e 's/^.*extern .*[ *]\(r\?g[A-Za-z0-9]*\)\[.*$/\1/p' | sort -u >"$work/declared"
 
 diff "$work/listed" "$work/built" >"$work/diff" ||
     fail "export list (<) and library (>) differ: $(cat "$work/diff")"
