@@ -16,6 +16,12 @@ void AddSyncCommand(CLI::App &app, CommandContext &context);
 void AddRequestCommand(CLI::App &app, CommandContext &context);
 void AddQueueCommand(CLI::App &app, CommandContext &context);
 void AddLockCommand(CLI::App &app, CommandContext &context);
+void AddConfCommand(CLI::App &app, CommandContext &context);
+void AddIdentityCommands(CLI::App &app, CommandContext &context);
+void AddInterfacesCommand(CLI::App &app, CommandContext &context);
+void AddServicesCommand(CLI::App &app, CommandContext &context);
+void AddConstraintsCommand(CLI::App &app, CommandContext &context);
+void AddDisksCommand(CLI::App &app, CommandContext &context);
 void AddDoctorCommand(CLI::App &app, CommandContext &context);
 
 // Adds the flag that every reading verb has.

@@ -1,15 +1,13 @@
 // zorctl doctor: why this node does not work.
 
 #include <cstdio>
-#include <nlohmann/json.hpp>
 
 #include "command.h"
 #include "doctor_checks.h"
 #include "exit_code.h"
+#include "output.h"
 
 namespace {
-
-using nlohmann::ordered_json;
 
 const char *Word(Verdict verdict) {
     switch (verdict) {
@@ -25,7 +23,7 @@ const char *Word(Verdict verdict) {
 
 int Examine(bool json) {
     int problems = 0;
-    ordered_json output = ordered_json::array();
+    Json output = Json::array();
     for (const Finding &finding : RunAllChecks()) {
         problems += finding.verdict == Verdict::kProblem;
         output.push_back({{"check", finding.check},
@@ -37,7 +35,7 @@ int Examine(bool json) {
         if (!finding.advice.empty()) printf("%-24s %s\n", "", finding.advice.c_str());
     }
     if (json)
-        puts(output.dump(2).c_str());
+        PrintJson(output);
     else
         printf("%s\n", problems == 0 ? "This node can work." : "This node cannot work as it is.");
     return problems == 0 ? kExitSuccess : kExitFailure;

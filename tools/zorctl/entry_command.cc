@@ -1,18 +1,16 @@
 // zorctl get, set, rm: single entries of ha.status.
 
 #include <cstdio>
-#include <nlohmann/json.hpp>
 #include <string>
 
 #include "command.h"
 #include "entry_name.h"
 #include "exit_code.h"
 #include "library_log.h"
+#include "output.h"
 #include "zor_status.h"
 
 namespace {
-
-using nlohmann::ordered_json;
 
 constexpr size_t kValueSize = 4096;
 
@@ -42,9 +40,8 @@ int Get(const std::string &name, bool remove, bool json) {
         return kExitFailure;
     }
     if (json) {
-        const ordered_json output = {
-            {"entry", name}, {"value", found > 0 ? ordered_json(value) : ordered_json(nullptr)}};
-        puts(output.dump(2, ' ', false, ordered_json::error_handler_t::replace).c_str());
+        const Json output = {{"entry", name}, {"value", found > 0 ? Json(value) : Json(nullptr)}};
+        PrintJson(output);
         return found > 0 ? kExitSuccess : kExitAbsent;
     }
     if (found == 0) return Absent(name);

@@ -5,7 +5,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <nlohmann/json.hpp>
 #include <thread>
 
 #include "command.h"
@@ -13,11 +12,10 @@
 #include "library_log.h"
 #include "lock_holder.h"
 #include "lock_name.h"
+#include "output.h"
 #include "zor_filelock.h"
 
 namespace {
-
-using nlohmann::ordered_json;
 
 volatile sig_atomic_t stop_asked = 0;
 
@@ -72,18 +70,18 @@ int Break(int32_t id) {
 }
 
 int List(bool json) {
-    ordered_json output = ordered_json::array();
+    Json output = Json::array();
     for (const ZORFileLockEntry &entry : rgsaalckList) {
         const auto holder = FindLockHolder(entry.path);
         output.push_back({{"id", entry.id},
                           {"name", LockName(entry.id)},
                           {"path", entry.path},
-                          {"holder", holder ? ordered_json(holder->process) : nullptr}});
+                          {"holder", holder ? Json(holder->process) : nullptr}});
         if (!json)
             printf("%2d  %-20s %s\n", entry.id, LockName(entry.id).c_str(),
                    holder ? Describe(*holder).c_str() : "free");
     }
-    if (json) puts(output.dump(2).c_str());
+    if (json) PrintJson(output);
     return kExitSuccess;
 }
 

@@ -20,6 +20,12 @@ int main(int argc, char **argv) {
     AddRequestCommand(app, context);
     AddQueueCommand(app, context);
     AddLockCommand(app, context);
+    AddConfCommand(app, context);
+    AddIdentityCommands(app, context);
+    AddInterfacesCommand(app, context);
+    AddServicesCommand(app, context);
+    AddConstraintsCommand(app, context);
+    AddDisksCommand(app, context);
     AddDoctorCommand(app, context);
     try {
         app.parse(argc, argv);

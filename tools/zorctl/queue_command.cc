@@ -1,17 +1,15 @@
 // zorctl queue: the manager's message queues.
 
 #include <cstdio>
-#include <nlohmann/json.hpp>
 
 #include "command.h"
 #include "exit_code.h"
 #include "library_log.h"
+#include "output.h"
 #include "queue_state.h"
 #include "zor_core.h"
 
 namespace {
-
-using nlohmann::ordered_json;
 
 const char *Purpose(int project) {
     return project == 1 ? "requests" : project == 2 ? "answers" : "other";
@@ -23,7 +21,7 @@ int List(bool json) {
         fprintf(stderr, "zorctl: there is no key file; the manager is not running\n");
         return kExitNotRunning;
     }
-    ordered_json output = ordered_json::array();
+    Json output = Json::array();
     for (const QueueState &queue : queues) {
         output.push_back({{"queue", queue.project},
                           {"purpose", Purpose(queue.project)},
@@ -37,7 +35,7 @@ int List(bool json) {
         else if (!json)
             printf("%d  %-9s not made yet\n", queue.project, Purpose(queue.project));
     }
-    if (json) puts(output.dump(2).c_str());
+    if (json) PrintJson(output);
     return kExitSuccess;
 }
 

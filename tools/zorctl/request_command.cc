@@ -5,20 +5,18 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <string>
 
 #include "command.h"
 #include "exit_code.h"
 #include "library_log.h"
+#include "output.h"
 #include "payload.h"
 #include "request_name.h"
 #include "zor_core.h"
 #include "zor_filelock.h"
 
 namespace {
-
-using nlohmann::ordered_json;
 
 struct RequestArguments {
     std::string command;
@@ -74,15 +72,15 @@ Reply Send(uint32_t command, const RequestArguments &arguments) {
         payload,        arguments.timeout > 0 ? arguments.timeout : ZOR_REQUEST_DEFAULT_TIMEOUT};
 }
 
-void PrintJson(const Reply &reply) {
-    ordered_json output = {{"command", reply.command},
-                           {"result", RowOf(reply.result).word},
-                           {"waited", reply.waited},
-                           {"payload_size", reply.stated_size},
-                           {"payload_hex", ToHex(reply.payload)}};
+void PrintReply(const Reply &reply) {
+    Json output = {{"command", reply.command},
+                   {"result", RowOf(reply.result).word},
+                   {"waited", reply.waited},
+                   {"payload_size", reply.stated_size},
+                   {"payload_hex", ToHex(reply.payload)}};
     if (IsPrintable(reply.payload)) output["payload"] = reply.payload;
     output["log"] = TakeLibraryLines();
-    puts(output.dump(2, ' ', false, ordered_json::error_handler_t::replace).c_str());
+    PrintJson(output);
 }
 
 void PrintPayload(const Reply &reply) {
@@ -116,7 +114,7 @@ void Explain(const Reply &reply) {
 int Request(const RequestArguments &arguments, bool json) {
     const Reply reply = Send(*ParseRequest(arguments.command), arguments);
     if (json) {
-        PrintJson(reply);
+        PrintReply(reply);
     } else {
         PrintPayload(reply);
         Explain(reply);

@@ -2,21 +2,19 @@
 
 #include <cstdio>
 #include <iterator>
-#include <nlohmann/json.hpp>
 #include <string>
 
 #include "command.h"
 #include "exit_code.h"
 #include "library_log.h"
+#include "output.h"
 #include "zor_core.h"
 #include "zor_status.h"
 
 namespace {
 
-using nlohmann::ordered_json;
-
 // The value of an entry, null when it is not set or cannot be read.
-ordered_json Entry(uint32_t selector, uint32_t key) {
+Json Entry(uint32_t selector, uint32_t key) {
     char value[1024] = {};
     if (ZORGetHAStatus(selector, key, value, sizeof value) <= 0) return nullptr;
     return value;
@@ -24,7 +22,7 @@ ordered_json Entry(uint32_t selector, uint32_t key) {
 
 // Asks for a role only where there is one: an absent role is worth a NOTICE to
 // the library, but not each time that somebody looks.
-ordered_json Role(uint32_t selector, int32_t (*query)()) {
+Json Role(uint32_t selector, int32_t (*query)()) {
     if (Entry(selector, ZOR_STATUS_ROLE).is_null()) return nullptr;
     const int32_t role = query();
     struct Name {
@@ -42,18 +40,18 @@ ordered_json Role(uint32_t selector, int32_t (*query)()) {
 }
 
 // "yes" and "no", or null when nobody has said.
-ordered_json Flag(uint32_t key, int32_t (*query)()) {
+Json Flag(uint32_t key, int32_t (*query)()) {
     if (Entry(ZOR_HOST_LOCAL, key).is_null()) return nullptr;
     return query() != 0;
 }
 
-ordered_json Serial(int32_t (*read)(char *, uint32_t)) {
+Json Serial(int32_t (*read)(char *, uint32_t)) {
     char serial[ZOR_SERIAL_SIZE] = {};
     if (read(serial, sizeof serial) != 0 || serial[0] == '\0') return nullptr;
     return serial;
 }
 
-ordered_json Runtime() {
+Json Runtime() {
     if (Entry(ZOR_HOST_CLUSTER, ZOR_STATUS_RUNTIME_STATUS).is_null()) return nullptr;
     const ZORRuntimeStatus status = ZORGetRuntimeStatus();
     return {{"state", status.state},
@@ -61,22 +59,22 @@ ordered_json Runtime() {
             {"in_transition", ZORIsNowSwitchoverFailoverTakeover(status) != 0}};
 }
 
-ordered_json RemoteAlive() {
+Json RemoteAlive() {
     uint32_t alive = 0;
     if (KEVAZORIsRemoteAlive(&alive) != 0) return nullptr;
     return alive != 0;
 }
 
-ordered_json RemoteBootDone() {
+Json RemoteBootDone() {
     if (Entry(ZOR_HOST_LOCAL, ZOR_STATUS_REMOTE_BOOT_DONE_STATUS).is_null()) return nullptr;
     return ZORIsRemoteBootDone() != 0;
 }
 
-ordered_json Collect() {
+Json Collect() {
     const bool is_running = ZORIsTmpPathExist() != 0;
-    ordered_json status = {{"manager_running", is_running},
-                           {"serial", Serial(KEVAZORGetOriginalSN)},
-                           {"custom_serial", Serial(KEVAZORGetCustomSN)}};
+    Json status = {{"manager_running", is_running},
+                   {"serial", Serial(KEVAZORGetOriginalSN)},
+                   {"custom_serial", Serial(KEVAZORGetCustomSN)}};
     if (!is_running) return status;
     status["local"] = {
         {"role", Role(ZOR_HOST_LOCAL, KEVAZORGetLocalRole)},
@@ -103,13 +101,6 @@ ordered_json Collect() {
     status["runtime"] = Runtime();
     status["changed"] = ZORIsStatusChanged() != 0;
     return status;
-}
-
-std::string Words(const ordered_json &value) {
-    if (value.is_null()) return "unknown";
-    if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
-    if (value.is_string()) return value.get<std::string>().empty() ? "-" : value.get<std::string>();
-    return value.dump();
 }
 
 struct Row {
@@ -141,13 +132,12 @@ constexpr Row kNodeRows[] = {
 };
 
 template <size_t Count>
-void PrintRows(const Row (&rows)[Count], const ordered_json &status) {
+void PrintRows(const Row (&rows)[Count], const Json &status) {
     for (const Row &row : rows)
-        printf("%-26s %s\n", row.label,
-               Words(status.at(ordered_json::json_pointer(row.pointer))).c_str());
+        printf("%-26s %s\n", row.label, Words(status.at(Json::json_pointer(row.pointer))).c_str());
 }
 
-void PrintRuntime(const ordered_json &runtime) {
+void PrintRuntime(const Json &runtime) {
     if (runtime.is_null()) {
         printf("%-26s unknown\n", "Runtime status");
         return;
@@ -160,10 +150,10 @@ void PrintRuntime(const ordered_json &runtime) {
 }
 
 int Show(bool json) {
-    const ordered_json status = Collect();
+    const Json status = Collect();
     const bool is_running = status.at("manager_running").get<bool>();
     if (json) {
-        puts(status.dump(2, ' ', false, ordered_json::error_handler_t::replace).c_str());
+        PrintJson(status);
         return is_running ? kExitSuccess : kExitNotRunning;
     }
     printf("%-26s %s\n", "Manager", is_running ? "running" : "not running (/tmp/zor is not there)");

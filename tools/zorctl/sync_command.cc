@@ -4,17 +4,15 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <nlohmann/json.hpp>
 #include <string>
 
 #include "command.h"
 #include "exit_code.h"
 #include "library_log.h"
+#include "output.h"
 #include "zor_status.h"
 
 namespace {
-
-using nlohmann::ordered_json;
 
 struct TextField {
     const char *name;
@@ -47,11 +45,11 @@ std::string Text(const ZORSyncStatus &record, const TextField &field) {
 }
 
 void Print(const ZORSyncStatus &record, bool json) {
-    ordered_json output;
+    Json output;
     for (const TextField &field : kFields) output[field.name] = Text(record, field);
     output["role"] = record.role;
     if (json) {
-        puts(output.dump(2, ' ', false, ordered_json::error_handler_t::replace).c_str());
+        PrintJson(output);
         return;
     }
     for (const auto &[name, value] : output.items())

@@ -1,0 +1,128 @@
+// zorctl conf: the settings of ha.conf.
+
+#include <cstdio>
+#include <iterator>
+#include <string>
+
+#include "command.h"
+#include "exit_code.h"
+#include "library_log.h"
+#include "output.h"
+#include "zor_conf.h"
+#include "zor_status.h"
+
+namespace {
+
+constexpr size_t kValueSize = 1024;
+
+struct Setting {
+    const char *name;
+    uint32_t selector;
+    uint32_t key;
+};
+
+constexpr Setting kSettings[] = {
+    {"cluster-serial", ZOR_HOST_CLUSTER, ZOR_CONF_SN},
+    {"local-serial", ZOR_HOST_LOCAL, ZOR_CONF_SN},
+    {"remote-serial", ZOR_HOST_REMOTE, ZOR_CONF_SN},
+    {"cluster-custom-serial", ZOR_HOST_CLUSTER, ZOR_CONF_SN_CUSTOM},
+    {"local-custom-serial", ZOR_HOST_LOCAL, ZOR_CONF_SN_CUSTOM},
+    {"remote-custom-serial", ZOR_HOST_REMOTE, ZOR_CONF_SN_CUSTOM},
+    {"cluster-macs", ZOR_HOST_CLUSTER, ZOR_CONF_MAC_ALL},
+    {"local-macs", ZOR_HOST_LOCAL, ZOR_CONF_MAC_ALL},
+    {"remote-macs", ZOR_HOST_REMOTE, ZOR_CONF_MAC_ALL},
+    {"monitored-interfaces", ZOR_HOST_CLUSTER, ZOR_CONF_MONITOR_IF},
+    {"all-interfaces", ZOR_HOST_CLUSTER, ZOR_CONF_IF_ALL},
+    {"monitored-services", ZOR_HOST_CLUSTER, ZOR_CONF_MONITOR_SERVICE},
+};
+
+const Setting *Find(const std::string &name) {
+    for (const Setting &setting : kSettings) {
+        if (name == setting.name) return &setting;
+    }
+    return nullptr;
+}
+
+std::string CheckSetting(const std::string &name) {
+    return Find(name) ? "" : "there is no setting '" + name + "'; see zorctl conf list";
+}
+
+int Get(const std::string &name, bool json) {
+    const Setting &setting = *Find(name);
+    char value[kValueSize] = {};
+    const int32_t found = ZORGetHAConf(setting.selector, setting.key, value, sizeof value);
+    if (found < 0) {
+        ReportFailure("cannot read " + name);
+        return kExitFailure;
+    }
+    if (json)
+        PrintJson({{"setting", name}, {"value", found > 0 ? Json(value) : Json(nullptr)}});
+    else if (found > 0)
+        puts(value);
+    else
+        fprintf(stderr, "zorctl: %s is not set\n", name.c_str());
+    return found > 0 ? kExitSuccess : kExitAbsent;
+}
+
+int Set(const std::string &name, const std::string &value) {
+    const Setting &setting = *Find(name);
+    if (ZORSetHAConf(setting.selector, setting.key, value.c_str()) == 0) return kExitSuccess;
+    ReportFailure("cannot set " + name);
+    return kExitFailure;
+}
+
+int Cache() {
+    if (ZORPrepareCachedConf() == 0) return kExitSuccess;
+    ReportFailure("cannot rebuild the cache");
+    return kExitFailure;
+}
+
+// What cannot be read has no value; the reasons are told once, at the end.
+int List(bool json) {
+    Json output;
+    std::vector<std::vector<std::string>> rows;
+    for (const Setting &setting : kSettings) {
+        char value[kValueSize] = {};
+        const bool is_found = ZORGetHAConf(setting.selector, setting.key, value, sizeof value) > 0;
+        output[setting.name] = is_found ? Json(value) : Json(nullptr);
+        rows.push_back({setting.name, is_found ? Words(output[setting.name]) : "not set"});
+    }
+    if (json)
+        PrintJson(output);
+    else
+        PrintTable({"SETTING", "VALUE"}, rows);
+    return kExitSuccess;
+}
+
+struct ConfArguments {
+    std::string name;
+    std::string value;
+};
+
+}  // namespace
+
+void AddConfCommand(CLI::App &app, CommandContext &context) {
+    CLI::App *conf = app.add_subcommand("conf", "the cluster's configuration");
+    conf->require_subcommand(1);
+    const auto arguments = std::make_shared<ConfArguments>();
+
+    CLI::App *list = conf->add_subcommand("list", "all settings");
+    AddJsonFlag(list, context);
+    list->callback([&context] { context.action = [&context] { return List(context.json); }; });
+
+    CLI::App *get = conf->add_subcommand("get", "print a setting");
+    get->add_option("setting", arguments->name, "its name")->required()->check(CheckSetting);
+    AddJsonFlag(get, context);
+    get->callback([=, &context] {
+        context.action = [=, &context] { return Get(arguments->name, context.json); };
+    });
+
+    CLI::App *set = conf->add_subcommand("set", "change a setting, on the active node");
+    set->add_option("setting", arguments->name, "its name")->required()->check(CheckSetting);
+    set->add_option("value", arguments->value, "the new value, may be empty")->required();
+    set->callback(
+        [=, &context] { context.action = [=] { return Set(arguments->name, arguments->value); }; });
+
+    conf->add_subcommand("cache", "rebuild the cache of the cluster's identity")
+        ->callback([&context] { context.action = Cache; });
+}

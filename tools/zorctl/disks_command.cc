@@ -1,0 +1,66 @@
+// zorctl disks: the disks that hold the system, on the active node.
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "command.h"
+#include "exit_code.h"
+#include "library_log.h"
+#include "output.h"
+#include "zor_core.h"
+
+namespace {
+
+constexpr int kListAllocation = 1024;
+
+using DiskList = std::unique_ptr<VLIBCSzList, decltype(&VLIBCSzListFree)>;
+
+DiskList NewList() {
+    return {VLIBCSzListAlloc(kListAllocation), VLIBCSzListFree};
+}
+
+int List(bool json) {
+    VLIBCSzList *disks = NewList().release();
+    const int32_t result = KEVAZORGetSystemDiskList(&disks);
+    const DiskList owner(disks, VLIBCSzListFree);
+    if (result != 0) {
+        ReportFailure("cannot read the system disks");
+        return kExitFailure;
+    }
+    Json output = Json::array();
+    for (int index = 0; const char *disk = VLIBCSzListGet(disks, index); ++index)
+        output.push_back(disk);
+    if (json) {
+        PrintJson(output);
+        return kExitSuccess;
+    }
+    for (const Json &disk : output) puts(disk.get<std::string>().c_str());
+    return kExitSuccess;
+}
+
+int Set(const std::vector<std::string> &names) {
+    VLIBCSzList *disks = NewList().release();
+    bool is_filled = disks != nullptr;
+    for (const std::string &name : names)
+        is_filled = is_filled && VLIBCSzListPush(&disks, name.c_str()) >= 0;
+    const DiskList owner(disks, VLIBCSzListFree);
+    if (is_filled && KEVAZORSetSystemDiskList(disks) == 0) return kExitSuccess;
+    ReportFailure("cannot set the system disks");
+    return kExitFailure;
+}
+
+}  // namespace
+
+void AddDisksCommand(CLI::App &app, CommandContext &context) {
+    CLI::App *disks = app.add_subcommand("disks", "the disks that hold the system");
+    disks->require_subcommand(1);
+    CLI::App *list = disks->add_subcommand("list", "their names");
+    AddJsonFlag(list, context);
+    list->callback([&context] { context.action = [&context] { return List(context.json); }; });
+
+    const auto names = std::make_shared<std::vector<std::string>>();
+    CLI::App *set = disks->add_subcommand("set", "store their names");
+    set->add_option("disk", *names, "names of disks")->required();
+    set->callback([=, &context] { context.action = [=] { return Set(*names); }; });
+}

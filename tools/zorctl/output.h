@@ -1,0 +1,18 @@
+// How zorctl prints what it read.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+using Json = nlohmann::ordered_json;
+
+// JSON alone on standard output; bytes that are no text are replaced.
+void PrintJson(const Json &value);
+
+// Rows under a heading, in columns as wide as they need to be.
+void PrintTable(const std::vector<std::string> &heading,
+                const std::vector<std::vector<std::string>> &rows);
+
+// "yes", "no", "unknown" for null, "-" for an empty text, else the value.
+std::string Words(const Json &value);
