@@ -114,6 +114,26 @@ void WriteEntryInPlainOrder() {
     utimensat(AT_FDCWD, kChangeFlag, nullptr, 0);
 }
 
+void ReadCachedSetting() {
+    char text[16384];
+    sink = ReadFile(kConfCache, text, sizeof text);
+}
+
+void ReadSetting() {
+    char text[16384];
+    const int lock = open(kConfLock, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    flock(lock, LOCK_EX | LOCK_NB);
+    sink = ReadFile(kConfFile, text, sizeof text);
+    flock(lock, LOCK_UN);
+    close(lock);
+}
+
+void ReadInterfaceLists() {
+    char text[16384];
+    for (int entry = 0; entry < 5; ++entry) sink = ReadFile(kStatusFile, text, sizeof text);
+    ReadSetting();
+}
+
 void SendRequest() {
     static ZORMgrMessage sent, answer;
     char text[16384];

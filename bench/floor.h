@@ -14,6 +14,15 @@ void WriteEntry();
 // the write is done before the lock is released.
 void WriteEntryInPlainOrder();
 
+// open, read, close of the configuration's cache.
+void ReadCachedSetting();
+
+// Lock, open, read, close, unlock.
+void ReadSetting();
+
+// The five status entries and the one setting of the interface record.
+void ReadInterfaceLists();
+
 // All the calls of a request and its answer, with the manager's two.
 void SendRequest();
 

@@ -15,6 +15,7 @@
 #include "node_setup.h"
 #include "paired_loop.h"
 #include "section_lock.h"
+#include "zor_conf.h"
 #include "zor_core.h"
 #include "zor_status.h"
 
@@ -52,6 +53,55 @@ void WriteByBaseLibrary() {
     flock(lock, LOCK_UN);
     close(lock);
     VLIBCFileTouch(kChangeFlag);
+}
+
+void ReadCachedByLibrary() {
+    char value[36];
+    Expect(ZORGetHAConf(ZOR_HOST_CLUSTER, ZOR_CONF_SN, value, sizeof value) == 1, "cached read");
+}
+
+void ReadCachedByBaseLibrary() {
+    char value[36];
+    Expect(VLIBCFileGetKeyValue(kConfCache, "sn_ha", value, sizeof value, 0) == 1, "cached read");
+}
+
+void ReadSettingByLibrary() {
+    char value[144];
+    Expect(ZORGetHAConf(ZOR_HOST_CLUSTER, ZOR_CONF_MONITOR_IF, value, sizeof value) == 1,
+           "setting");
+}
+
+void ReadSettingByBaseLibrary() {
+    char value[144];
+    const int lock = open(kConfLock, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    flock(lock, LOCK_EX | LOCK_NB);
+    Expect(VLIBCFileGetKeyValue(kConfFile, "monitor_if", value, sizeof value, 0) == 1, "setting");
+    flock(lock, LOCK_UN);
+    close(lock);
+}
+
+void BuildInterfacesByLibrary() {
+    ZORIfInfo info;
+    Expect(ZORGetConfIfInfo(&info) == 0, "interface record");
+}
+
+// The reads and the lists of the record, and nothing made of them.
+void BuildInterfacesByBaseLibrary() {
+    constexpr const char *kEntries[] = {"local_role", "local_host_ifname", "local_if_has_static_ip",
+                                        "local_host_if_speed", "remote_host_if_speed"};
+    VLIBCSzList *lists[7];
+    for (VLIBCSzList *&list : lists) list = VLIBCSzListAlloc(1024);
+    ReadSettingByBaseLibrary();
+    VLIBCStrSep("yes,yes,yes,yes,yes,no,no,no,no", ",", &lists[0]);
+    for (int entry = 0; entry < 5; ++entry) {
+        char value[306];
+        Expect(VLIBCFileGetKeyValue(kStatusFile, kEntries[entry], value, sizeof value, 0) == 1,
+               kEntries[entry]);
+        if (entry > 0) VLIBCStrSep(value, ",", &lists[entry]);
+    }
+    VLIBCStrSep("bond1:eth2:eth3", ":", &lists[5]);
+    VLIBCStrSep("0:10000:10000", ":", &lists[6]);
+    for (VLIBCSzList *list : lists) VLIBCSzListFree(list);
 }
 
 void RequestByLibrary() {
@@ -104,6 +154,22 @@ void MeasureWrite() {
     PrintRatio("   (lock held by the floor / plain order)", {floor, plain, floor / plain}, "");
 }
 
+void MeasureConf() {
+    PrintRatio("C  read a cached setting / floor",
+               TimePaired(ReadCachedByLibrary, floors::ReadCachedSetting, kRounds, 200), "");
+    PrintRatio("   the library's part: / base-library call",
+               TimePaired(ReadCachedByLibrary, ReadCachedByBaseLibrary, kRounds, 200), "<= 1.05");
+    PrintRatio("U  read a setting under its lock / floor",
+               TimePaired(ReadSettingByLibrary, floors::ReadSetting, kRounds, 200), "");
+    PrintRatio("   the library's part: / base-library call",
+               TimePaired(ReadSettingByLibrary, ReadSettingByBaseLibrary, kRounds, 200), "<= 1.05");
+    PrintRatio("I  build the interface record / floor",
+               TimePaired(BuildInterfacesByLibrary, floors::ReadInterfaceLists, kRounds, 50), "");
+    PrintRatio("   the library's part: / base-library calls",
+               TimePaired(BuildInterfacesByLibrary, BuildInterfacesByBaseLibrary, kRounds, 50),
+               "<= 1.05");
+}
+
 void MeasureRequest() {
     StartManagerHop();
     PrintRatio("Q  one request and its answer / floor",
@@ -118,5 +184,6 @@ int main() {
     SetUpNode();
     MeasureRead();
     MeasureWrite();
+    MeasureConf();
     MeasureRequest();
 }

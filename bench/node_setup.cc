@@ -29,9 +29,17 @@ void SetUpNode() {
     std::ofstream(kKeyFile).flush();
     std::ofstream(kChangeFlag).flush();
     std::ofstream status(kStatusFile);
-    for (int number = 0; number < 42; ++number) {
-        if (number == 21) status << kEntry << "=\"10.0.0.1,10.0.0.2\"\n";
+    status << "local_role=\"1\"\nlocal_host_ifname=\"eth0,eth1,bond1:eth2:eth3\"\n"
+           << "local_if_has_static_ip=\"yes,no,yes\"\n"
+           << "local_host_if_speed=\"1000,1000,1000,0:10000:10000\"\n"
+           << "remote_host_if_speed=\"1000,1000,1000,10000,10000\"\n";
+    for (int number = 0; number < 37; ++number) {
+        if (number == 16) status << kEntry << "=\"10.0.0.1,10.0.0.2\"\n";
         status << "some_entry_of_the_status_" << number << "=\"" << std::string(28, 'v') << "\"\n";
     }
     status << "is_local_handler_ready=\"yes\"\n";
+    std::ofstream conf(kConfFile);
+    conf << "sn_ha=\"CLUSTER00000001\"\nsn0=\"LEFT0000000001\"\nsn1=\"RIGHT000000001\"\n"
+         << "monitor_if=\"yes,yes,yes,yes,yes,no,no,no,no\"\n";
+    std::ofstream(kConfCache) << "sn_ha=\"CLUSTER00000001\"\n";
 }

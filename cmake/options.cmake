@@ -20,6 +20,11 @@ if(KEVAZOR_SANITIZE)
   target_compile_options(kevazor_options INTERFACE
     -fsanitize=${KEVAZOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(kevazor_options INTERFACE -fsanitize=${KEVAZOR_SANITIZE})
+  if(KEVAZOR_SANITIZE MATCHES "address" AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # What the fuzz targets see of the code that they run.
+    target_compile_options(kevazor_options INTERFACE -fsanitize=fuzzer-no-link)
+    target_link_options(kevazor_options INTERFACE -fsanitize=fuzzer-no-link)
+  endif()
 endif()
 
 # Gives a shared library its export map and no other way out or in: a name it

@@ -12,6 +12,7 @@
 #include "support/command_run.h"
 #include "support/node_test.h"
 #include "support/queue_end.h"
+#include "zor_conf.h"
 #include "zor_core.h"
 #include "zor_filelock.h"
 #include "zor_status.h"
@@ -88,6 +89,82 @@ TEST_F(ZorLab, PublishesTheNodeFromTheRealMachine) {
     uint32_t alive = 1;
     EXPECT_EQ(KEVAZORIsRemoteAlive(&alive), 0);
     EXPECT_EQ(alive, 0u);
+}
+
+TEST_F(ZorLab, PublishesInterfacesThatTheLibraryCanRead) {
+    StartManager();
+    ZORIfInfo info;
+    EXPECT_EQ(ZORGetConfIfInfo(&info), 0);
+    EXPECT_EQ(info.ports[0].localSpeed, -1) << "a lone node has no heartbeat link";
+    for (int32_t entry = 0; entry < info.interfaceCount; ++entry)
+        EXPECT_EQ(info.interfaces[entry].monitored, 1);
+    char states[144] = "";
+    EXPECT_EQ(ZORGetHAStatus(1, ZOR_STATUS_MONITOR_SERVICE_STATUS, states, sizeof states), 1);
+    EXPECT_TRUE(std::regex_match(states, std::regex("(running|stopped)(,(running|stopped)){4}")))
+        << states;
+    ExpectLog({});
+}
+
+TEST_F(ZorLab, FormsAClusterAndKeepsWhatIsThere) {
+    WriteText(kConfFile, "monitor_if=\"yes,no\"\n");
+    StartManager({"--peer", "in-process"});
+    char value[162] = "";
+    EXPECT_EQ(KEVAZORGetSerialNumber(0, value, sizeof value), 0);
+    EXPECT_STREQ(value, "NODE0001");
+    EXPECT_EQ(KEVAZORGetRemoteOriginalSN(value, sizeof value), 0);
+    EXPECT_STREQ(value, "PEERNODE000001");
+    EXPECT_EQ(ZORGetHAConf(1, ZOR_CONF_MONITOR_IF, value, sizeof value), 1);
+    EXPECT_STREQ(value, "yes,no");
+    EXPECT_EQ(ZORGetHAConf(1, ZOR_CONF_MONITOR_SERVICE, value, sizeof value), 1);
+    EXPECT_EQ(std::string(value).size(), 16 * 2 + 15u);
+    ExpectLog({});
+}
+
+TEST_F(ZorLab, ExchangesStatusAndConfigurationWithItsPeer) {
+    StartManager({"--peer", "in-process"});
+    uint32_t alive = 0;
+    EXPECT_EQ(KEVAZORIsRemoteAlive(&alive), 0);
+    EXPECT_EQ(alive, 1u);
+    EXPECT_EQ(ZORGetRemoteRole(), ZOR_ROLE_PASSIVE);
+    EXPECT_TRUE(WaitFor([] { return !ZORIsConfChanged(); }));
+    const auto sent = [&] {
+        const std::string output = manager_->Output();
+        int count = 0;
+        for (size_t at = 0; (at = output.find("went to the peer", at)) != std::string::npos; ++at)
+            ++count;
+        return count;
+    };
+    const int before = sent();
+    EXPECT_GE(before, 1);
+    ASSERT_EQ(ZORSetHAConf(1, ZOR_CONF_MONITOR_IF, "no"), 0);
+    EXPECT_TRUE(WaitFor([&] { return sent() == before + 1; }));
+    EXPECT_FALSE(ZORIsConfChanged());
+}
+
+TEST_F(ZorLab, PassiveNodeLeavesTheConfigurationAlone) {
+    StartManager({"--role", "2", "--peer", "in-process"});
+    EXPECT_FALSE(Exists(kConfFile));
+    EXPECT_EQ(ZORGetRemoteRole(), ZOR_ROLE_ACTIVE);
+}
+
+TEST_F(ZorLab, AppliesABonding) {
+    StartManager();
+    EXPECT_EQ(KEVAZORBonding("nonsense", 8), -1);
+    EXPECT_EQ(KEVAZORBondingDone(1), -1) << "none is under way";
+    log_.Take();
+    EXPECT_EQ(KEVAZORBonding("bond1:eth0:eth1,eth3", 20), 0);
+    EXPECT_TRUE(ZORIsNetConfChanging());
+    EXPECT_EQ(KEVAZORBondingDone(1), 0);
+    EXPECT_FALSE(ZORIsNetConfChanging());
+    EXPECT_TRUE(WaitFor([] {
+        return ReadText(kStatusFile).find("local_host_ifname=\"bond1:eth0:eth1,eth3\"") !=
+               std::string::npos;
+    }));
+    ZORIfInfo info;
+    EXPECT_EQ(ZORGetConfIfInfo(&info), 0);
+    EXPECT_EQ(info.bonds[1].memberCount, 2);
+    EXPECT_EQ(info.interfaceCount, 2);
+    ExpectLog({});
 }
 
 TEST_F(ZorLab, AnswersWithThePayloadOfAPing) {

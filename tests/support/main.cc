@@ -4,21 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <string>
 
-namespace {
-
-bool IsInPrivateNode() {
-    std::ifstream marker("/.zornode");
-    std::string name_space;
-    std::error_code error;
-    return std::getline(marker, name_space) &&
-           name_space == std::filesystem::read_symlink("/proc/self/ns/mnt", error);
-}
-
-}  // namespace
+#include "support/node_files.h"
 
 int main(int argc, char **argv) {
     testing::InitGoogleTest(&argc, argv);

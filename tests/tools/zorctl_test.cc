@@ -264,6 +264,103 @@ TEST_F(ZorCtl, LockThatCannotBeOpenedShowsTheLibrarysLine) {
                          "such file or directory"));
 }
 
+// --- configuration, identity, interfaces
+
+TEST_F(ZorCtl, ConfGetSetAndCache) {
+    WriteText(kStatusFile, "local_role=\"1\"\n");
+    WriteText(kConfFile, "sn_ha=\"CLUSTER\"\nsn0=\"NODE0001\"\nsn1=\"NODE0002\"\n");
+    EXPECT_EQ(Run({"conf", "get", "cluster-serial"}).output, "CLUSTER\n");
+    EXPECT_EQ(Run({"conf", "get", "local-serial"}).output, "NODE0001\n");
+    EXPECT_EQ(Run({"conf", "get", "remote-serial"}).output, "NODE0002\n");
+    EXPECT_EQ(Run({"conf", "get", "monitored-interfaces"}).exit_code, 5);
+    EXPECT_EQ(Run({"conf", "set", "monitored-interfaces", "yes,no"}).exit_code, 0);
+    EXPECT_EQ(json::parse(Run({"conf", "get", "monitored-interfaces", "--json"}).output),
+              json({{"setting", "monitored-interfaces"}, {"value", "yes,no"}}));
+    EXPECT_EQ(json::parse(Run({"conf", "list", "--json"}).output).at("remote-serial"), "NODE0002");
+    ASSERT_EQ(Run({"conf", "set", "cluster-serial", "RENAMED"}).exit_code, 0);
+    EXPECT_EQ(Run({"conf", "get", "cluster-serial"}).output, "CLUSTER\n") << "cached";
+    EXPECT_EQ(Run({"conf", "cache"}).exit_code, 0);
+    EXPECT_EQ(Run({"conf", "get", "cluster-serial"}).output, "RENAMED\n");
+    WriteText(kStatusFile, "local_role=\"2\"\n");
+    const CommandResult passive = Run({"conf", "set", "cluster-serial", "X"});
+    EXPECT_EQ(passive.exit_code, 1);
+    EXPECT_TRUE(Contains(passive.errors, "(ZORSetHAConf): Call set ha.conf on passive"));
+    EXPECT_EQ(Run({"conf", "get", "no-such-setting"}).exit_code, 64);
+}
+
+TEST_F(ZorCtl, SerialsAndMacs) {
+    WriteText(kConfFile,
+              "sn_ha=\"CLUSTER\"\nsn0=\"NODE0001\"\nsn1=\"NODE0002\"\nmac_all_ha=\"m1,m2\"\n");
+    const json serials = json::parse(Run({"serials", "--json"}).output);
+    EXPECT_EQ(serials.at("cluster"), "CLUSTER");
+    EXPECT_EQ(serials.at("cluster_custom"), "CUSTOM01");
+    EXPECT_EQ(serials.at("remote"), "NODE0002");
+    EXPECT_EQ(Run({"macs"}).output, "m1\nm2\n");
+    EXPECT_EQ(json::parse(Run({"macs", "--json"}).output), json({"m1", "m2"}));
+    ExpectLog({});
+    WriteText(kConfFile, "");
+    fs::remove("/tmp/zor/ha.info.cache");
+    EXPECT_EQ(Run({"macs"}).exit_code, 5);
+}
+
+TEST_F(ZorCtl, InterfacesShowBothSides) {
+    WriteText(kStatusFile,
+              "local_role=\"1\"\nlocal_host_ifname=\"eth0,bond1:eth2:eth3\"\n"
+              "local_if_has_static_ip=\"yes,no\"\nlocal_host_if_speed=\"1000,1000,0:100:1000\"\n"
+              "remote_host_if_speed=\"1000,1000,0,10000,10000\"\n");
+    WriteText(kConfFile, "monitor_if=\"yes,yes,no,no,yes\"\n");
+    const json info = json::parse(Run({"interfaces", "--json"}).output);
+    EXPECT_EQ(info.at("heartbeat").at("local_speed"), 1000);
+    const json &bond = info.at("interfaces")[1];
+    EXPECT_EQ(bond.at("name"), "bond1");
+    EXPECT_EQ(bond.at("kind"), "bond");
+    EXPECT_EQ(bond.at("local_speed"), 100);
+    EXPECT_EQ(bond.at("remote_speed"), 10000);
+    EXPECT_EQ(bond.at("monitored"), true);
+    EXPECT_EQ(bond.at("members")[0].at("name"), "eth2");
+    EXPECT_EQ(info.at("changing"), false);
+    const CommandResult table = Run({"interfaces"});
+    EXPECT_EQ(table.exit_code, 0);
+    EXPECT_TRUE(Contains(table.output, "bond1      100           10000          yes        no"));
+    WriteText(kStatusFile, "local_role=\"1\"\n");
+    const CommandResult failed = Run({"interfaces"});
+    EXPECT_EQ(failed.exit_code, 1);
+    EXPECT_TRUE(Contains(failed.errors, "Failed to read ha.status for if name"));
+}
+
+TEST_F(ZorCtl, ServicesShowStateAndChoice) {
+    WriteText(kStatusFile, "monitor_service_status=\"running,stopped,x\"\n");
+    WriteText(kConfFile, "monitor_service=\"yes,no,yes,no,yes\"\n");
+    const json services = json::parse(Run({"services", "--json"}).output);
+    ASSERT_EQ(services.size(), 5u);
+    EXPECT_EQ(
+        services[0],
+        json({{"name", "samba"}, {"state", "running"}, {"monitored", true}, {"restarted", false}}));
+    EXPECT_EQ(services[1].at("monitored"), false);
+    EXPECT_TRUE(services[4].at("state").is_null());
+    EXPECT_EQ(services[4].at("restarted"), true);
+}
+
+TEST_F(ZorCtl, ConstraintsAndDisksOfTheActiveNode) {
+    WriteText(kStatusFile, "local_role=\"1\"\n");
+    WriteText(kConfFile, "sn0=\"NODE0001\"\n");
+    EXPECT_EQ(Run({"constraints", "set", "local", "failed-services", "smb"}).exit_code, 0);
+    EXPECT_EQ(json::parse(Run({"constraints", "list", "--json"}).output)[0].at("value"), "smb");
+    EXPECT_EQ(Run({"constraints", "clear", "local", "failed-services"}).exit_code, 0);
+    EXPECT_TRUE(
+        json::parse(Run({"constraints", "list", "--json"}).output)[0].at("value").is_null());
+    const CommandResult unknown = Run({"constraints", "set", "remote", "failover-from", "x"});
+    EXPECT_EQ(unknown.exit_code, 1);
+    EXPECT_TRUE(Contains(unknown.errors, "the remote node is not known yet"));
+    EXPECT_EQ(Run({"disks", "set", "sda", "sdb"}).exit_code, 0);
+    EXPECT_EQ(Run({"disks", "list"}).output, "sda\nsdb\n");
+    WriteText(kStatusFile, "local_role=\"2\"\n");
+    const CommandResult passive = Run({"disks", "list"});
+    EXPECT_EQ(passive.exit_code, 1);
+    EXPECT_TRUE(Contains(passive.errors, "Get system disk list only support on active"));
+    EXPECT_EQ(Run({"constraints", "list"}).exit_code, 1);
+}
+
 // --- doctor
 
 TEST_F(ZorCtl, DoctorFindsNothingOnAWorkingNode) {

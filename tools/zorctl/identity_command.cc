@@ -1,6 +1,8 @@
 // zorctl serials, macs: who this node and its cluster are.
 
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 #include "command.h"
@@ -9,6 +11,7 @@
 #include "output.h"
 #include "zor_conf.h"
 #include "zor_core.h"
+#include "zor_status.h"
 
 namespace {
 
@@ -42,14 +45,27 @@ int Serials(bool json) {
     return kExitSuccess;
 }
 
+// How many there are; asking for one too many would leave a line in the log.
+int32_t CountMacs() {
+    char list[ZOR_CONF_MAC_SIZE] = {};
+    if (ZORGetHAConf(ZOR_HOST_CLUSTER, ZOR_CONF_MAC_ALL, list, sizeof list) < 1) return 0;
+    return static_cast<int32_t>(std::count(list, list + strlen(list), ',')) + 1;
+}
+
 int Macs(bool json) {
     Json addresses = Json::array();
-    char address[ZOR_CONF_MAC_SIZE];
-    while (KEVAZORGetMac(static_cast<int32_t>(addresses.size()), address, sizeof address) == 0)
+    const int32_t count = CountMacs();
+    for (int32_t index = 0; index < count; ++index) {
+        char address[ZOR_CONF_MAC_SIZE];
+        if (KEVAZORGetMac(index, address, sizeof address) != 0) {
+            ReportFailure("cannot read the MAC addresses");
+            return kExitFailure;
+        }
         addresses.push_back(address);
+    }
     if (addresses.empty()) {
         ReportFailure("the cluster has no MAC addresses");
-        return kExitFailure;
+        return kExitAbsent;
     }
     if (json) {
         PrintJson(addresses);

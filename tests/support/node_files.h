@@ -1,0 +1,14 @@
+// Files of a private node, for programs that are no GoogleTest programs too.
+#pragma once
+
+#include <string>
+
+// Whether this process runs in a private node, where the fixed paths are not the
+// machine's own.
+bool IsInPrivateNode();
+
+// Ends the program with a message outside a private node.
+void RequirePrivateNode();
+
+// Writes a file, its folders included; ends the program when it cannot.
+void WriteNodeFile(const std::string &path, const std::string &text);
