@@ -17,7 +17,7 @@ struct DumpRequest {
 };
 
 // One message of the dump.
-void TakeAddress(const struct nlmsghdr *message, std::map<std::string, Address> *addresses) {
+void TakeAddress(struct nlmsghdr *message, std::map<std::string, Address> *addresses) {
     auto *entry = static_cast<struct ifaddrmsg *>(NLMSG_DATA(message));
     auto left = static_cast<int>(IFA_PAYLOAD(message));
     uint32_t flags = entry->ifa_flags;
@@ -34,9 +34,9 @@ void TakeAddress(const struct nlmsghdr *message, std::map<std::string, Address> 
 }
 
 // False at the end of the dump.
-bool TakeMessages(const char *buffer, ssize_t size, std::map<std::string, Address> *addresses) {
+bool TakeMessages(char *buffer, ssize_t size, std::map<std::string, Address> *addresses) {
     auto left = static_cast<unsigned int>(size);
-    for (auto *message = reinterpret_cast<const struct nlmsghdr *>(buffer); NLMSG_OK(message, left);
+    for (auto *message = reinterpret_cast<struct nlmsghdr *>(buffer); NLMSG_OK(message, left);
          message = NLMSG_NEXT(message, left)) {
         if (message->nlmsg_type == NLMSG_DONE || message->nlmsg_type == NLMSG_ERROR) return false;
         if (message->nlmsg_type == RTM_NEWADDR) TakeAddress(message, addresses);
