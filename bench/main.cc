@@ -101,7 +101,12 @@ void BuildInterfacesByBaseLibrary() {
     }
     VLIBCStrSep("bond1:eth2:eth3", ":", &lists[5]);
     VLIBCStrSep("0:10000:10000", ":", &lists[6]);
-    for (VLIBCSzList *list : lists) VLIBCSzListFree(list);
+    for (VLIBCSzList *list : lists) {
+        for (int index = 0; VLIBCSzListGet(list, index); ++index) {
+        }
+        VLIBCSzListRemoveAll(list);
+        VLIBCSzListFree(list);
+    }
 }
 
 void RequestByLibrary() {

@@ -1,9 +1,8 @@
 // The serial numbers and MAC addresses of the cluster, from ha.conf.
 
-#include <cstdio>
-
 #include "foundation/log.h"
 #include "foundation/string_list.h"
+#include "foundation/text.h"
 #include "kevacore.h"
 #include "zor_conf.h"
 #include "zor_core.h"
@@ -71,7 +70,7 @@ int32_t KEVAZORGetMac(int32_t index, char *buffer, uint32_t size) {
         ZOR_ERROR("Failed to get mac from list");
         return -1;
     }
-    snprintf(buffer, size, "%s", address);
+    CopyText(buffer, size, address);
     return 0;
 }
 

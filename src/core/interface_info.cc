@@ -5,12 +5,12 @@
 // the list of names, remote speeds and monitor flags the number of the port.
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
 
 #include "foundation/decimal.h"
 #include "foundation/log.h"
 #include "foundation/string_list.h"
+#include "foundation/text.h"
 #include "zor_conf.h"
 #include "zor_core.h"
 #include "zor_status.h"
@@ -118,7 +118,7 @@ class InterfaceInfo {
         const bool isBond = ZORValidateIFPrefix(name, 0, 1) != 0;
         if (!(isBond ? AddBond(position, name, &entry) : AddPort(position, name, &entry)))
             return false;
-        snprintf(entry.name, sizeof entry.name, "%s", isBond ? fields_.Item(0) : name);
+        CopyText(entry.name, sizeof entry.name, isBond ? fields_.Item(0) : name);
         ++info_.interfaceCount;
         return true;
     }

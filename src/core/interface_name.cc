@@ -1,6 +1,6 @@
 // The names of network interfaces.
 
-#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "foundation/log.h"
@@ -12,6 +12,17 @@ constexpr char kLogModule[] = "zor_core";
 
 bool StartsWith(const char *name, const char *prefix) {
     return strncmp(name, prefix, strlen(prefix)) == 0;
+}
+
+// Stores the decimal number behind a prefix, as "%d" would read it.
+bool ParseBehind(const char *prefix, const char *name, int32_t *index) {
+    if (!StartsWith(name, prefix)) return false;
+    const char *digits = name + strlen(prefix);
+    char *end;
+    const long number = strtol(digits, &end, 10);
+    if (end == digits) return false;
+    *index = static_cast<int32_t>(number);
+    return true;
 }
 
 }  // namespace
@@ -29,12 +40,12 @@ int32_t ZORParseIFIndex(const char *name, int32_t *index, int32_t eth, int32_t b
     }
     bool isMatch = false;
     if (eth) {
-        isMatch |= sscanf(name, "eth%d", index) == 1;
-        isMatch |= sscanf(name, "ovs_eth%d", index) == 1;
+        isMatch |= ParseBehind("eth", name, index);
+        isMatch |= ParseBehind("ovs_eth", name, index);
     }
     if (bond) {
-        isMatch |= sscanf(name, "bond%d", index) == 1;
-        isMatch |= sscanf(name, "ovs_bond%d", index) == 1;
+        isMatch |= ParseBehind("bond", name, index);
+        isMatch |= ParseBehind("ovs_bond", name, index);
     }
     return isMatch ? 0 : -1;
 }

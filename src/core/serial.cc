@@ -3,11 +3,11 @@
 #include <fcntl.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 
 #include "foundation/descriptor.h"
 #include "foundation/paths.h"
+#include "foundation/text.h"
 #include "kevacore.h"
 #include "zor_core.h"
 
@@ -40,7 +40,7 @@ int32_t ZORReadSerialFromKernel(char *buffer, uint32_t size, int32_t kind) {
     size_t length = strlen(text);
     if (length > 0 && text[length - 1] == '\n') text[--length] = '\0';
     if (size > length) {
-        snprintf(buffer, size, "%s", text);
+        CopyText(buffer, size, text);
     } else {
         // An empty serial and a success: callers test the text.
         memset(buffer, 0, size);

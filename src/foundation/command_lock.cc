@@ -3,7 +3,7 @@
 #include <sys/types.h>
 #include <unistd.h>
 
-#include "foundation/lock_stream.h"
+#include "foundation/lock_file.h"
 #include "foundation/log.h"
 #include "foundation/pause.h"
 
@@ -55,7 +55,7 @@ int32_t GroupIndex(int32_t group) {
 // Sleeps after every failed attempt, the last one included.
 bool LockWithRetries(FILE *stream, int32_t retries) {
     for (int32_t left = retries;; --left) {
-        if (TryLockStream(stream)) return true;
+        if (TryLockFile(fileno(stream))) return true;
         PauseSeconds(1);
         if (left <= 0) return false;
     }
@@ -89,7 +89,7 @@ int32_t ZORCmdGroupFileUnlock(int32_t index, FILE **handle) {
                   rgsaalckGroupList[index].path);
         return -1;
     }
-    if (!UnlockStream(*handle)) {
+    if (!UnlockFile(fileno(*handle))) {
         ZOR_ERROR("failed to unlock errno=%m");
         return -1;
     }

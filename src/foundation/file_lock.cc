@@ -2,7 +2,10 @@
 
 #include <unistd.h>
 
-#include "foundation/lock_stream.h"
+#include <cerrno>
+
+#include "foundation/held_lock.h"
+#include "foundation/lock_file.h"
 #include "foundation/log.h"
 #include "foundation/pause.h"
 
@@ -36,15 +39,40 @@ const char *LockPath(int32_t lockId) {
 }
 
 // Sleeps between two attempts, not after the last.
-bool LockWithRetries(FILE *stream, int32_t retries) {
+bool LockWithRetries(int file, int32_t retries) {
     for (int32_t left = retries;; --left) {
-        if (TryLockStream(stream)) return true;
+        if (TryLockFile(file)) return true;
         if (left <= 0) return false;
         PauseSeconds(1);
     }
 }
 
+// What the library's own locks and those of its callers report as.
+constexpr char kReporter[] = "ZORFileLock";
+
 }  // namespace
+
+HeldLock::HeldLock(int32_t lockId, int32_t retries) {
+    const char *path = LockPath(lockId);
+    file_ = OpenLockFile(path);
+    if (file_ < 0)
+        ZOR_ERROR_OF(kReporter, "failed to fopen %s, errno=%m", path);
+    else if (!LockWithRetries(file_, retries))
+        Close();
+}
+
+void HeldLock::Release() {
+    if (file_ >= 0) UnlockFile(file_);
+    Close();
+}
+
+void HeldLock::Close() {
+    if (file_ < 0) return;
+    const int saved = errno;
+    close(file_);
+    errno = saved;
+    file_ = -1;
+}
 
 extern "C" {
 
@@ -64,7 +92,7 @@ int32_t ZORFileLock(int32_t lockId, int32_t retries, FILE **handle) {
         ZOR_ERROR("failed to fopen %s, errno=%m", path);
         return -1;
     }
-    if (LockWithRetries(*handle, retries)) return 0;
+    if (LockWithRetries(fileno(*handle), retries)) return 0;
     // Without a line, on purpose: to find a lock taken is everyday business.
     CloseLockStream(handle);
     return -1;
@@ -72,7 +100,7 @@ int32_t ZORFileLock(int32_t lockId, int32_t retries, FILE **handle) {
 
 int32_t ZORFileUnlock(FILE **handle) {
     if (!handle || !*handle) return -1;
-    if (!UnlockStream(*handle)) {
+    if (!UnlockFile(fileno(*handle))) {
         ZOR_ERROR("failed to unlock, file pointer:%lx errno=%m",
                   reinterpret_cast<unsigned long>(*handle));
     }

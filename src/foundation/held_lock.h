@@ -1,4 +1,6 @@
-// A resource lock that is released at the end of its scope.
+// A resource lock of the library's own, released at the end of its scope. It is
+// taken as ZORFileLock takes one, and reports like it, without the stream that a
+// caller of the interface would keep.
 #pragma once
 
 #include <cstdint>
@@ -7,21 +9,19 @@
 
 class HeldLock {
   public:
-    HeldLock(int32_t lockId, int32_t retries)
-        : is_held_(ZORFileLock(lockId, retries, &handle_) == 0) {}
+    // The id is one of the table's.
+    HeldLock(int32_t lockId, int32_t retries);
     ~HeldLock() { Release(); }
     HeldLock(const HeldLock &) = delete;
     HeldLock &operator=(const HeldLock &) = delete;
 
-    bool IsHeld() const { return is_held_; }
+    bool IsHeld() const { return file_ >= 0; }
 
     // Before the end of the scope, where the order of what follows matters.
-    void Release() {
-        if (is_held_) ZORFileUnlock(&handle_);
-        is_held_ = false;
-    }
+    void Release();
 
   private:
-    FILE *handle_ = nullptr;  // before is_held_, whose initialiser fills it
-    bool is_held_;
+    void Close();
+
+    int file_;
 };

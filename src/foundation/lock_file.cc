@@ -1,4 +1,4 @@
-#include "foundation/lock_stream.h"
+#include "foundation/lock_file.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -29,10 +29,22 @@ bool IsEmptyRegularFile(int fd) {
 
 }  // namespace
 
-FILE *OpenLockStream(const char *path) {
+int OpenLockFile(const char *path) {
     Descriptor file(OpenOrCreate(path));
-    if (!file.IsOpen() || !IsEmptyRegularFile(file.Get())) return nullptr;
-    FILE *stream = fdopen(file.Get(), "w+");
+    return file.IsOpen() && IsEmptyRegularFile(file.Get()) ? file.Release() : -1;
+}
+
+bool TryLockFile(int file) {
+    return flock(file, LOCK_EX | LOCK_NB) == 0;
+}
+
+bool UnlockFile(int file) {
+    return flock(file, LOCK_UN) == 0;
+}
+
+FILE *OpenLockStream(const char *path) {
+    Descriptor file(OpenLockFile(path));
+    FILE *stream = file.IsOpen() ? fdopen(file.Get(), "w+") : nullptr;
     if (stream) file.Release();
     return stream;
 }
@@ -43,12 +55,4 @@ void CloseLockStream(FILE **handle) {
     fclose(*handle);
     errno = saved;
     *handle = nullptr;
-}
-
-bool TryLockStream(FILE *stream) {
-    return flock(fileno(stream), LOCK_EX | LOCK_NB) == 0;
-}
-
-bool UnlockStream(FILE *stream) {
-    return flock(fileno(stream), LOCK_UN) == 0;
 }
