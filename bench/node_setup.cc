@@ -6,19 +6,9 @@
 #include <fstream>
 #include <string>
 
+#include "zornode/private_node.h"
+
 namespace fs = std::filesystem;
-
-namespace {
-
-bool IsInPrivateNode() {
-    std::ifstream marker("/.zornode");
-    std::string name_space;
-    std::error_code error;
-    return std::getline(marker, name_space) &&
-           name_space == fs::read_symlink("/proc/self/ns/mnt", error);
-}
-
-}  // namespace
 
 void SetUpNode() {
     if (!IsInPrivateNode()) {

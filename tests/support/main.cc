@@ -5,7 +5,7 @@
 
 #include <cstdio>
 
-#include "support/node_files.h"
+#include "zornode/private_node.h"
 
 int main(int argc, char **argv) {
     testing::InitGoogleTest(&argc, argv);

@@ -5,15 +5,9 @@
 #include <filesystem>
 #include <fstream>
 
-namespace fs = std::filesystem;
+#include "zornode/private_node.h"
 
-bool IsInPrivateNode() {
-    std::ifstream marker("/.zornode");
-    std::string name_space;
-    std::error_code error;
-    return std::getline(marker, name_space) &&
-           name_space == fs::read_symlink("/proc/self/ns/mnt", error);
-}
+namespace fs = std::filesystem;
 
 void RequirePrivateNode() {
     static const bool is_private = IsInPrivateNode();

@@ -3,10 +3,6 @@
 
 #include <string>
 
-// Whether this process runs in a private node, where the fixed paths are not the
-// machine's own.
-bool IsInPrivateNode();
-
 // Ends the program with a message outside a private node.
 void RequirePrivateNode();
 
