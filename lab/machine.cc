@@ -35,7 +35,7 @@ std::string ReadWord(const fs::path &path) {
 
 int ReadNumber(const fs::path &path, int otherwise) {
     std::ifstream file(path);
-    int number;
+    int number = otherwise;
     return file >> number ? number : otherwise;
 }
 

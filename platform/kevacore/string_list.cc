@@ -93,7 +93,7 @@ void VLIBCSzListRemoveAll(VLIBCSzList *list) {
 int VLIBCSzListDump2Str(const VLIBCSzList *list, const char *separator, char *buffer,
                         unsigned int size) {
     if (!list || !separator || !buffer || size == 0) return BadParameter(kSource, __LINE__);
-    std::string_view between = "";
+    std::string_view between = "";  // not a null one: it is copied from
     size_t length = 0;
     buffer[0] = '\0';
     for (const std::string &item : list->items) {
