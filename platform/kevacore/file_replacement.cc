@@ -4,10 +4,7 @@
 #include <linux/magic.h>
 #include <sys/vfs.h>
 
-#include <atomic>
 #include <cerrno>
-#include <cstdio>
-#include <cstring>
 
 #include "temporary_name.h"
 
@@ -30,6 +27,10 @@ bool WriteAll(int fd, struct iovec *pieces, int count) {
             rest -= pieces->iov_len;
             ++pieces;
             --count;
+        }
+        if (count > 0 && written == 0) {
+            errno = EIO;  // nothing taken and nothing said: not to be tried for ever
+            return false;
         }
         if (count > 0) {
             pieces->iov_base = static_cast<char *>(pieces->iov_base) + rest;
