@@ -77,7 +77,7 @@ int Cache() {
     return kExitFailure;
 }
 
-// What cannot be read has no value; the reasons are told once, at the end.
+// What cannot be read is shown like what is not set; the system log has the reason.
 int List(bool json) {
     Json output;
     std::vector<std::vector<std::string>> rows;
