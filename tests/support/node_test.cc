@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 #include "support/system_calls.h"
 
@@ -18,9 +19,12 @@ void WriteText(const std::string &path, const std::string &text) {
     ASSERT_TRUE(file.flush()) << path;
 }
 
+// Through a stream, which takes the reading of a process that has just ended as
+// an end of file; an iterator over the file would throw.
 std::string ReadText(const std::string &path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
 }
 
 bool Exists(const std::string &path) {

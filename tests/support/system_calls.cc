@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <ctime>
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
@@ -23,6 +24,12 @@ std::atomic<bool> sysinfo_fails{false};
 std::atomic<size_t> failing_size{0};
 std::function<void()> after_send;
 
+long SecondsSinceBoot() {
+    struct timespec now = {};
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    return now.tv_sec;
+}
+
 }  // namespace
 
 namespace system_calls {
@@ -30,7 +37,7 @@ namespace system_calls {
 void Reset() {
     thread_id = 0;
     process_id = 0;
-    uptime = -1;
+    uptime = SecondsSinceBoot();
     sysinfo_fails = false;
     failing_size = 0;
     after_send = nullptr;

@@ -1,6 +1,8 @@
 // This program's own versions of a few calls of the C library, which the
 // library under test then uses: the real ones, until a test asks for a change.
-// Every change is undone by Reset.
+// Every change is undone by Reset, which also stops the uptime of sysinfo: with
+// each full hour since boot the identity of a thread's messages changes, which
+// must happen in the tests that ask for it and in no other.
 #pragma once
 
 #include <sys/types.h>
