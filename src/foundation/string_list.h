@@ -1,4 +1,4 @@
-// An owned list of the base library, filled by splitting texts.
+// An owned list of the base library, filled by splitting texts and by inserting.
 #pragma once
 
 #include <cstring>
@@ -31,6 +31,15 @@ class StringList {
     }
 
     int Count() const { return count_; }
+
+    bool Has(const char *text) const { return VLIBCSzListFind(list_, text) != -1; }
+
+    // False on a failure.
+    bool Insert(int index, const char *text) {
+        if (VLIBCSzListInsert(&list_, index, text) < 0) return false;
+        ++count_;
+        return true;
+    }
 
     // Null when there is no such item.
     const char *Item(int index) const {
