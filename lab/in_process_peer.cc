@@ -1,13 +1,19 @@
 #include <cstring>
 
+#include "chassis_file.h"
+#include "machine.h"
 #include "peer.h"
 
 namespace {
 
 constexpr char kSerial[] = "PEERNODE000001";
 
+constexpr size_t kController = 1;  // the second of the chassis
+
 class InProcessPeer : public Peer {
   public:
+    explicit InProcessPeer(const std::string &chassis_path) : chassis_(chassis_path) {}
+
     bool IsAliveByNet() const override { return true; }
     bool IsAliveByExpander() const override { return true; }
     bool IsHandlerReady() const override { return true; }
@@ -35,7 +41,22 @@ class InProcessPeer : public Peer {
         return true;
     }
 
+    bool SendHardware(const ZORHWHostInfo & /*host*/) override { return true; }
+
+    // Its own view of the chassis. A description that is none is for this node to
+    // report.
+    bool TakeHardware(ZORHWHostInfo *host) override {
+        try {
+            chassis_.Refresh();
+        } catch (const ChassisError &) {
+            return false;
+        }
+        *host = DescribeHost(chassis_.Get(), kController, ReadMemoryMib());
+        return true;
+    }
+
   private:
+    ChassisFile chassis_;
     ZORSyncConf conf_ = {};
     ZORSyncStatus received_ = {};
     bool has_news_ = false;
@@ -43,6 +64,6 @@ class InProcessPeer : public Peer {
 
 }  // namespace
 
-std::unique_ptr<Peer> MakeInProcessPeer() {
-    return std::make_unique<InProcessPeer>();
+std::unique_ptr<Peer> MakeInProcessPeer(const std::string &chassis_path) {
+    return std::make_unique<InProcessPeer>(chassis_path);
 }

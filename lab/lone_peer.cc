@@ -11,6 +11,8 @@ class LonePeer : public Peer {
     bool SendConf(const ZORSyncConf & /*conf*/) override { return false; }
     bool SendStatus(const ZORSyncStatus & /*status*/) override { return false; }
     bool TakeStatus(ZORSyncStatus * /*status*/) override { return false; }
+    bool SendHardware(const ZORHWHostInfo & /*host*/) override { return false; }
+    bool TakeHardware(ZORHWHostInfo * /*host*/) override { return false; }
 };
 
 }  // namespace

@@ -19,13 +19,14 @@ namespace {
 
 volatile sig_atomic_t stop_asked = 0;
 
-int RunManager(int role, const std::string &peer) {
+int RunManager(int role, const std::string &peer, const std::string &chassis) {
     struct sigaction stop = {};
     stop.sa_handler = [](int) { stop_asked = 1; };
     sigaction(SIGTERM, &stop, nullptr);
     sigaction(SIGINT, &stop, nullptr);
     if (!CheckQueueLimits()) return 1;
-    Manager(role, peer == "in-process" ? MakeInProcessPeer() : MakeLonePeer()).Run(stop_asked);
+    Manager(role, peer == "in-process" ? MakeInProcessPeer(chassis) : MakeLonePeer(), chassis)
+        .Run(stop_asked);
     return 0;
 }
 
@@ -76,6 +77,12 @@ int main(int argc, char **argv) {
         ->check(CLI::IsMember({"none", "in-process"}))
         ->capture_default_str();
 
+    std::string chassis = "/etc/zorlab.chassis";
+    manager
+        ->add_option("--chassis", chassis,
+                     "description of the hardware, read again when it has changed")
+        ->capture_default_str();
+
     uint32_t command = 0;
     std::string behaviour;
     CLI::App *tell = app.add_subcommand("tell", "make a command misbehave from now on");
@@ -86,7 +93,7 @@ int main(int argc, char **argv) {
 
     CLI11_PARSE(app, argc, argv);
     try {
-        if (*manager) return RunManager(role, peer);
+        if (*manager) return RunManager(role, peer, chassis);
         if (*tell) return Tell(command, behaviour);
         if (*stop) return Stop();
     } catch (const std::exception &error) {

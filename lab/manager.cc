@@ -73,8 +73,11 @@ Outcome HandleInItsGroup(const ZORMgrMessage &request, CommandContext &context) 
 
 }  // namespace
 
-Manager::Manager(int role, std::unique_ptr<Peer> peer)
-    : peer_(std::move(peer)), publisher_(role, *peer_, bonding_) {
+Manager::Manager(int role, std::unique_ptr<Peer> peer, const std::string &chassis_path)
+    : peer_(std::move(peer)),
+      publisher_(role, *peer_, bonding_),
+      hardware_(ChassisFile(chassis_path), *peer_, Tell) {
+    if (hardware_.Publish()) publisher_.PublishHardware();
     publisher_.Publish();
     KeepConf(role, peer_->Serial());
     ExchangeWithPeer();
@@ -144,6 +147,7 @@ void Manager::WorkEverySecond() {
     const auto now = steady_clock::now();
     if (now < next_work_) return;
     next_work_ = now + kWorkPause;
+    if (hardware_.Publish()) publisher_.PublishHardware();
     publisher_.Publish();
     ExchangeWithPeer();
 }

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "bonding_plan.h"
+#include "hardware_publisher.h"
 #include "manager_queues.h"
 #include "peer.h"
 #include "pending_answers.h"
@@ -14,7 +15,7 @@
 
 class Manager {
   public:
-    Manager(int role, std::unique_ptr<Peer> peer);
+    Manager(int role, std::unique_ptr<Peer> peer, const std::string &chassis_path);
 
     // Serves until the flag is set.
     void Run(const volatile std::sig_atomic_t &stop);
@@ -31,6 +32,7 @@ class Manager {
     std::unique_ptr<Peer> peer_;
     BondingPlan bonding_;
     StatusPublisher publisher_;
+    HardwarePublisher hardware_;
     PendingAnswers pending_;
     std::chrono::steady_clock::time_point next_work_;
 };

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "zor_conf.h"
+#include "zor_hwinfo_core.h"
 #include "zor_status.h"
 
 class Peer {
@@ -28,11 +29,19 @@ class Peer {
 
     // Takes the newest status that the peer has sent, if there is a new one.
     virtual bool TakeStatus(ZORSyncStatus *status) = 0;
+
+    // Sends what this node knows of its hardware. False when the peer cannot be
+    // reached.
+    virtual bool SendHardware(const ZORHWHostInfo &host) = 0;
+
+    // Takes the newest hardware that the peer has sent, if there is a new one.
+    virtual bool TakeHardware(ZORHWHostInfo *host) = 0;
 };
 
 // The peer of a node that is alone: never there.
 std::unique_ptr<Peer> MakeLonePeer();
 
 // A peer that lives in this process: always there and passive. It keeps what it
-// is sent and says so, and its interfaces are as fast as this node's.
-std::unique_ptr<Peer> MakeInProcessPeer();
+// is sent and says so, its interfaces are as fast as this node's, and it is the
+// other controller of the same chassis.
+std::unique_ptr<Peer> MakeInProcessPeer(const std::string &chassis_path);

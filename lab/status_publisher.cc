@@ -1,20 +1,16 @@
 #include "status_publisher.h"
 
-#include <kevacore.h>
-
-#include <cstdio>
-
 #include "bonding_plan.h"
 #include "interface_lists.h"
 #include "machine.h"
 #include "peer.h"
 #include "service_states.h"
-#include "zor_filelock.h"
+#include "zor_hwinfo_core.h"
 #include "zor_status.h"
 
 namespace {
 
-constexpr char kHardwareFile[] = "/tmp/zor/hw_info";
+constexpr size_t kFailedHardwareSize = 32;
 constexpr char kRunning[] = "1";  // state 1, no transition
 
 std::string YesNo(bool value) {
@@ -29,8 +25,15 @@ int StatusPublisher::Publish() {
     PublishPeer();
     PublishInterfaces();
     PublishServices();
-    PublishMemory();
     return written_;
+}
+
+void StatusPublisher::PublishHardware() {
+    char failed[kFailedHardwareSize] = "";
+    if (ZORHWGetFailedEncHardware(failed, sizeof failed) == 0)
+        Set(ZOR_HOST_CLUSTER, ZOR_STATUS_FAILED_ENC_HARDWARE, failed);
+    Set(ZOR_HOST_CLUSTER, ZOR_STATUS_ENC_LINK_STATUS,
+        std::to_string(ZORHWGetEncListStatus(ZOR_HOST_LOCAL)));
 }
 
 void StatusPublisher::AnnounceReady() {
@@ -71,14 +74,4 @@ void StatusPublisher::PublishInterfaces() {
 
 void StatusPublisher::PublishServices() {
     Set(ZOR_HOST_CLUSTER, ZOR_STATUS_MONITOR_SERVICE_STATUS, ListServiceStates());
-}
-
-void StatusPublisher::PublishMemory() {
-    const std::string memory = std::to_string(ReadMemoryMib());
-    if (memory == published_memory_) return;
-    FILE *lock = nullptr;
-    if (ZORHWWaitAndLock(&lock) != 0) return;
-    if (VLIBCFileSetSectionValue(kHardwareFile, "LOCAL_HOST", "Memory", memory.c_str()) >= 0)
-        published_memory_ = memory;
-    ZORHWUnlock(&lock);
 }

@@ -17,6 +17,9 @@ class StatusPublisher {
     // Writes the entries that have changed since the last call; returns how many.
     int Publish();
 
+    // Writes the entries that follow from the hardware file.
+    void PublishHardware();
+
     // Says that requests are served from now on.
     void AnnounceReady();
 
@@ -26,12 +29,10 @@ class StatusPublisher {
     void PublishPeer();
     void PublishInterfaces();
     void PublishServices();
-    void PublishMemory();
 
     const int role_;
     const Peer &peer_;
     const BondingPlan &bonding_;
     int written_ = 0;
     std::map<std::pair<uint32_t, uint32_t>, std::string> published_;
-    std::string published_memory_;
 };

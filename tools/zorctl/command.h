@@ -22,6 +22,7 @@ void AddInterfacesCommand(CLI::App &app, CommandContext &context);
 void AddServicesCommand(CLI::App &app, CommandContext &context);
 void AddConstraintsCommand(CLI::App &app, CommandContext &context);
 void AddDisksCommand(CLI::App &app, CommandContext &context);
+void AddHardwareCommand(CLI::App &app, CommandContext &context);
 void AddDoctorCommand(CLI::App &app, CommandContext &context);
 
 // Adds the flag that every reading verb has.

@@ -26,6 +26,7 @@ int main(int argc, char **argv) {
     AddServicesCommand(app, context);
     AddConstraintsCommand(app, context);
     AddDisksCommand(app, context);
+    AddHardwareCommand(app, context);
     AddDoctorCommand(app, context);
     try {
         app.parse(argc, argv);

@@ -1,0 +1,127 @@
+#include "hardware_watch.h"
+
+#include <signal.h>
+
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <map>
+#include <string>
+#include <thread>
+
+#include "exit_code.h"
+#include "hardware_picture.h"
+#include "library_log.h"
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using std::chrono::steady_clock;
+
+constexpr milliseconds kLookPause{250};
+
+volatile sig_atomic_t stop_asked = 0;
+
+// What can change, each with its value in words: "fans ENC1 fans 3" is "normal".
+using Facts = std::map<std::string, std::string>;
+
+void AddFacts(const std::string &name, const Json &value, Facts *facts) {
+    if (!value.is_array()) {
+        (*facts)[name] = Words(value);
+        return;
+    }
+    for (size_t index = 0; index < value.size(); ++index)
+        AddFacts(name + " " + std::to_string(index + 1), value[index], facts);
+}
+
+// What names a row is its first text, and its place in a chain.
+std::string RowName(const Json &row) {
+    std::string name = row.begin().value().get<std::string>();
+    if (row.contains("place")) name += " place " + row.at("place").dump();
+    return name;
+}
+
+bool ReadFacts(Facts *facts) {
+    HardwarePicture picture;
+    if (!ReadHardware(&picture)) return false;
+    for (size_t index = 0; index < kHardwarePartCount; ++index) {
+        const HardwarePart &part = kHardwareParts[index];
+        for (const Json &row : part.rows(picture)) {
+            const std::string name = std::string(part.name) + ": " + RowName(row);
+            for (const auto &[key, value] : row.items()) {
+                if (key != row.begin().key() && key != "place")
+                    AddFacts(name + ", " + HardwareLabel(key), value, facts);
+            }
+        }
+    }
+    return true;
+}
+
+std::string Now() {
+    char text[32];
+    const time_t now = time(nullptr);
+    struct tm local;
+    strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S%z", localtime_r(&now, &local));
+    return text;
+}
+
+void PrintChange(const std::string &item, const Json &before, const Json &after, bool json) {
+    if (json) {
+        const Json line = {{"time", Now()}, {"item", item}, {"before", before}, {"after", after}};
+        puts(line.dump(-1, ' ', false, Json::error_handler_t::replace).c_str());
+        return;
+    }
+    const auto words = [](const Json &value) {
+        return value.is_null() ? "(not there)" : value.get<std::string>();
+    };
+    printf("%s %s: %s -> %s\n", Now().c_str(), item.c_str(), words(before).c_str(),
+           words(after).c_str());
+}
+
+void PrintChanges(const Facts &before, const Facts &after, bool json) {
+    for (const auto &[item, value] : before) {
+        const auto now = after.find(item);
+        if (now == after.end())
+            PrintChange(item, value, nullptr, json);
+        else if (now->second != value)
+            PrintChange(item, value, now->second, json);
+    }
+    for (const auto &[item, value] : after) {
+        if (!before.contains(item)) PrintChange(item, nullptr, value, json);
+    }
+    fflush(stdout);
+}
+
+void StopOnSignals() {
+    struct sigaction stop = {};
+    stop.sa_handler = [](int) { stop_asked = 1; };
+    sigaction(SIGINT, &stop, nullptr);
+    sigaction(SIGTERM, &stop, nullptr);
+}
+
+}  // namespace
+
+int WatchHardware(int duration_s, bool json) {
+    StopOnSignals();
+    Facts known;
+    if (!ReadFacts(&known)) {
+        ReportFailure("cannot read the hardware");
+        return kExitFailure;
+    }
+    if (!json) printf("%s watching %zu facts\n", Now().c_str(), known.size());
+    fflush(stdout);
+    const auto end = steady_clock::now() + seconds(duration_s);
+    while (!stop_asked && (duration_s == 0 || steady_clock::now() < end)) {
+        std::this_thread::sleep_for(kLookPause);
+        TakeLibraryLines();  // those of everyday looks are of no use here
+        Facts now;
+        if (!ReadFacts(&now)) {
+            ReportFailure("cannot read the hardware");
+            continue;
+        }
+        PrintChanges(known, now, json);
+        known.swap(now);
+    }
+    return kExitSuccess;
+}
