@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "behaviour.h"
+#include "chassis.h"
 #include "manager.h"
 #include "queue_limits.h"
 #include "runtime_folder.h"
@@ -53,6 +54,22 @@ int Stop() {
     return 0;
 }
 
+int CheckChassis(const std::string &path) {
+    if (access(path.c_str(), R_OK) != 0) {
+        fprintf(stderr, "zorlab: %s cannot be read\n", path.c_str());
+        return 1;
+    }
+    try {
+        const Chassis chassis = LoadChassis(path);
+        printf("%s: %zu controllers, %zu enclosures\n", path.c_str(), chassis.controllers.size(),
+               chassis.enclosures.size());
+        return 0;
+    } catch (const ChassisError &error) {
+        fprintf(stderr, "zorlab: %s: %s\n", path.c_str(), error.what());
+        return 1;
+    }
+}
+
 std::string BehaviourHelp() {
     std::string words;
     for (const std::string &word : BehaviourWords()) words += (words.empty() ? "" : ", ") + word;
@@ -89,12 +106,16 @@ int main(int argc, char **argv) {
     tell->add_option("command", command, "command id")->required();
     tell->add_option("behaviour", behaviour, BehaviourHelp())->required();
 
+    CLI::App *check = app.add_subcommand("chassis", "check a description of the hardware");
+    check->add_option("file", chassis, "the description")->required();
+
     CLI::App *stop = app.add_subcommand("stop", "stop the manager that runs");
 
     CLI11_PARSE(app, argc, argv);
     try {
         if (*manager) return RunManager(role, peer, chassis);
         if (*tell) return Tell(command, behaviour);
+        if (*check) return CheckChassis(chassis);
         if (*stop) return Stop();
     } catch (const std::exception &error) {
         fprintf(stderr, "zorlab: %s\n", error.what());

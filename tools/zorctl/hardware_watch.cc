@@ -66,10 +66,22 @@ std::string Now() {
     return text;
 }
 
+void PrintLine(const Json &line) {
+    puts(line.dump(-1, ' ', false, Json::error_handler_t::replace).c_str());
+}
+
+// Says that from now on every change is seen.
+void PrintStart(size_t facts, bool json) {
+    if (json)
+        PrintLine({{"time", Now()}, {"watching", facts}});
+    else
+        printf("%s watching %zu facts\n", Now().c_str(), facts);
+    fflush(stdout);
+}
+
 void PrintChange(const std::string &item, const Json &before, const Json &after, bool json) {
     if (json) {
-        const Json line = {{"time", Now()}, {"item", item}, {"before", before}, {"after", after}};
-        puts(line.dump(-1, ' ', false, Json::error_handler_t::replace).c_str());
+        PrintLine({{"time", Now()}, {"item", item}, {"before", before}, {"after", after}});
         return;
     }
     const auto words = [](const Json &value) {
@@ -109,8 +121,7 @@ int WatchHardware(int duration_s, bool json) {
         ReportFailure("cannot read the hardware");
         return kExitFailure;
     }
-    if (!json) printf("%s watching %zu facts\n", Now().c_str(), known.size());
-    fflush(stdout);
+    PrintStart(known.size(), json);
     const auto end = steady_clock::now() + seconds(duration_s);
     while (!stop_asked && (duration_s == 0 || steady_clock::now() < end)) {
         std::this_thread::sleep_for(kLookPause);
