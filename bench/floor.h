@@ -23,6 +23,9 @@ void ReadSetting();
 // The five status entries and the one setting of the interface record.
 void ReadInterfaceLists();
 
+// Lock, an open, read and close for each host and each of its enclosures, unlock.
+void ReadEnclosureLists(int enclosures);
+
 // All the calls of a request and its answer, with the manager's two.
 void SendRequest();
 

@@ -17,6 +17,7 @@
 #include "section_lock.h"
 #include "zor_conf.h"
 #include "zor_core.h"
+#include "zor_hwinfo_core.h"
 #include "zor_status.h"
 
 namespace {
@@ -109,6 +110,45 @@ void BuildInterfacesByBaseLibrary() {
     }
 }
 
+void ReadEnclosuresByLibrary() {
+    static ZORHWHostInfo local, remote;
+    Expect(ZORHWGetEncListCached(&local, &remote) == 0, "enclosure lists");
+}
+
+void SplitValue(VLIBCSzHash *hash, const char *key, VLIBCSzList **list) {
+    const char *value = VLIBCSzHashGetValue(hash, key);
+    if (!value) return;
+    VLIBCSzListRemoveAll(*list);
+    const int count = VLIBCStrSep(value, ",", list);
+    for (int index = 0; index < count; ++index) VLIBCSzListGet(*list, index);
+}
+
+void ReadSectionByBaseLibrary(const char *section) {
+    constexpr const char *kLists[] = {"EncList", "DiskTypes", "FanStatus", "PowerStatus"};
+    VLIBCSzHash *hash = VLIBCSzHashAlloc(1024);
+    VLIBCSzList *list = VLIBCSzListAlloc(1024);
+    Expect(VLIBCFileGetSection(kHardwareFile, section, &hash) > 0, section);
+    for (const char *key : kLists) SplitValue(hash, key, &list);
+    VLIBCSzHashFree(hash);
+    VLIBCSzListFree(list);
+}
+
+// The sections and the lists of the records, and nothing made of them.
+void ReadEnclosuresByBaseLibrary() {
+    const int lock = open(kHardwareLock, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    flock(lock, LOCK_EX | LOCK_NB);
+    for (const char *host : {"LOCAL_HOST", "REMOTE_HOST"}) {
+        ReadSectionByBaseLibrary(host);
+        for (int number = 10; number < 10 + ZOR_ENC_TABLE_SIZE; ++number) {
+            char section[64];
+            snprintf(section, sizeof section, "ENCLOSURE_ENCLOSURE2140QLN0000%d", number);
+            ReadSectionByBaseLibrary(section);
+        }
+    }
+    flock(lock, LOCK_UN);
+    close(lock);
+}
+
 void RequestByLibrary() {
     ZORMgrRequest request = {};
     request.commandId = 1000;
@@ -175,6 +215,24 @@ void MeasureConf() {
                "<= 1.05");
 }
 
+void MeasureHardware() {
+    constexpr int kSizes[] = {0, 1, 5, 10, ZOR_ENC_TABLE_SIZE};
+    for (const int enclosures : kSizes) {
+        SetUpHardware(enclosures);
+        char name[64];
+        snprintf(name, sizeof name, "H  both lists of %2d enclosures / floor", enclosures);
+        PrintRatio(name,
+                   TimePaired(
+                       ReadEnclosuresByLibrary,
+                       [enclosures] { floors::ReadEnclosureLists(enclosures); }, kRounds, 20),
+                   enclosures == ZOR_ENC_TABLE_SIZE ? "<= 1.25" : "");
+    }
+    PrintRatio("   the library's part: / base-library calls",
+               TimePaired(ReadEnclosuresByLibrary, ReadEnclosuresByBaseLibrary, kRounds, 20),
+               "<= 1.05");
+    PrintCount("   system calls", CountCalls(ReadEnclosuresByLibrary, false).system_calls, "");
+}
+
 void MeasureRequest() {
     StartManagerHop();
     PrintRatio("Q  one request and its answer / floor",
@@ -190,5 +248,6 @@ int main() {
     MeasureRead();
     MeasureWrite();
     MeasureConf();
+    MeasureHardware();
     MeasureRequest();
 }

@@ -10,6 +10,27 @@
 
 namespace fs = std::filesystem;
 
+void SetUpHardware(int enclosures) {
+    std::string serials;
+    std::string sections;
+    for (int number = 0; number < enclosures; ++number) {
+        const std::string serial = "ENCLOSURE2140QLN0000" + std::to_string(10 + number);
+        serials += (number == 0 ? "" : ",") + serial;
+        sections += "[ENCLOSURE_" + serial + "]\n\tModelID=4\n\tMaxDisk=15\n\tEncSN=" + serial +
+                    "\n\tDiskTypes=1,1,1,1,1,1,1,1,1,1,1,1,1,1,1\n\tTempStatus=1\n"
+                    "\tFanStatus=1,1,1,1,1,1,1,1\n\tPowerStatus=1,1\n";
+    }
+    const std::string length = std::to_string(enclosures);
+    const std::string values =
+        "\tVisibleDisk=24\n\tUsedDisk=20\n\tHostType=8\n\tMemory=8192\n"
+        "\tEncListStatus=1\n\tEncListLength=" +
+        length + "\n\tEncListStatusLastCorretPos=" + length + "\n\tEncList=" + serials + "\n";
+    std::ofstream(kHardwareFile) << "[LOCAL_HOST]\n"
+                                 << values << "[REMOTE_HOST]\n"
+                                 << values << "[COMMON]\n\tAllEnclosure=" << serials << "\n"
+                                 << sections;
+}
+
 void SetUpNode() {
     if (!IsInPrivateNode()) {
         fprintf(stderr, "kevazor_bench: run me in a private node: scripts/bench\n");

@@ -14,6 +14,13 @@ constexpr char kSerialFile[] = "/proc/sys/kernel/keva_serial";
 // The entry that is read and written; it stands in the middle of the file.
 constexpr char kEntry[] = "local_host_IP";
 
+constexpr char kHardwareFile[] = "/tmp/zor/hw_info";
+constexpr char kHardwareLock[] = "/tmp/zor/.zor.ha.hwinfo.lock";
+
+// Writes a hardware file in which both nodes have this many enclosures: 5 KB for
+// fifteen.
+void SetUpHardware(int enclosures);
+
 // Writes a status file of 44 entries and about 2.4 KB, a configuration and its
 // cache, the key file, and the change flag. Ends the program when this is no private node.
 void SetUpNode();

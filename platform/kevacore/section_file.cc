@@ -54,25 +54,31 @@ size_t LineEnd(std::string_view text, size_t begin) {
     return newline == std::string_view::npos ? text.size() : newline + 1;
 }
 
+// The next line that starts with a bracket, from the start of a line on.
+size_t NextHeader(std::string_view text, size_t begin) {
+    for (;; ++begin) {
+        begin = text.find('[', begin);
+        if (begin == std::string_view::npos || begin == 0 || text[begin - 1] == '\n') return begin;
+    }
+}
+
 bool IsHeaderOf(std::string_view line, std::string_view name) {
     return line.size() >= name.size() + 2 && line[0] == '[' && line[name.size() + 1] == ']' &&
            line.substr(1, name.size()) == name;
 }
 
 bool FindSection(std::string_view text, std::string_view name, Section *section) {
-    bool found = false;
-    for (size_t begin = 0; begin < text.size();) {
-        const size_t end = LineEnd(text, begin);
-        if (found && text[begin] == '[') break;
-        if (!found && IsHeaderOf(text.substr(begin, end - begin), name)) {
-            found = true;
-            *section = {{begin, end}, {end, end}};
-        } else if (found) {
-            section->whole.end = section->body.end = end;
+    for (size_t begin = NextHeader(text, 0); begin != std::string_view::npos;) {
+        const size_t body = LineEnd(text, begin);
+        const size_t next = NextHeader(text, body);
+        if (IsHeaderOf(text.substr(begin, body - begin), name)) {
+            const size_t end = next == std::string_view::npos ? text.size() : next;
+            *section = {{begin, end}, {body, end}};
+            return true;
         }
-        begin = end;
+        begin = next;
     }
-    return found;
+    return false;
 }
 
 // Takes the next pair of a section's body apart. False at the end.
@@ -100,8 +106,9 @@ bool FindPair(std::string_view text, Range body, std::string_view key, Pair *pai
 
 // The lines of a hash, in its order. False when a pair would corrupt the file.
 bool Render(const VLIBCSzHash &hash, const LineFormat &shape, std::string *lines) {
-    for (const auto &[key, value] : hash.pairs) {
-        if (!kevacore::IsWritableKey(key.c_str()) || !kevacore::IsWritableValue(value.c_str()))
+    for (size_t index = 0; index < hash.Count(); ++index) {
+        const auto [key, value] = hash.At(index);
+        if (!kevacore::IsWritableKey(key.data()) || !kevacore::IsWritableValue(value.data()))
             return false;
         lines->append(shape.before_key).append(key).append(shape.between);
         lines->append(value).append(shape.after_value);

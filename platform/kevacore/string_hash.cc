@@ -1,6 +1,7 @@
 #include "string_hash.h"
 
 #include <cerrno>
+#include <cstring>
 #include <new>
 
 #include "error_code.h"
@@ -12,34 +13,86 @@ using kevacore::SystemError;
 namespace {
 
 constexpr char kSource[] = "string_hash";
+constexpr size_t kUsualText = 512;
+constexpr size_t kUsualPairs = 12;
+
+int OutOfMemory() {
+    errno = ENOMEM;
+    return SystemError(kSource, __LINE__);
+}
 
 }  // namespace
 
-const std::string *VLIBCSzHash::Find(std::string_view key) const {
-    for (const auto &pair : pairs) {
-        if (pair.first == key) return &pair.second;
+VLIBCSzHash::VLIBCSzHash() {
+    text_.reserve(kUsualText);
+    places_.reserve(kUsualPairs);
+}
+
+VLIBCSzHash::Pair VLIBCSzHash::At(size_t index) const {
+    const Place &place = places_[index];
+    return {{text_.data() + place.key, place.key_size},
+            {text_.data() + place.value, place.value_size}};
+}
+
+const char *VLIBCSzHash::Find(std::string_view key) const {
+    const Place *place = const_cast<VLIBCSzHash *>(this)->FindPlace(key);
+    return place ? text_.data() + place->value : nullptr;
+}
+
+// The text may move; when memory is short, the hash is as it was but for bytes
+// that no pair points to.
+void VLIBCSzHash::Set(std::string_view key, std::string_view value) {
+    Place *known = FindPlace(key);
+    if (known && value.size() <= known->value_room) {
+        memmove(text_.data() + known->value, value.data(), value.size());
+        text_[known->value + value.size()] = '\0';
+        known->value_size = value.size();
+        return;
+    }
+    // A value that grows gets twice its room, so that setting it again and again
+    // does not fill the memory.
+    const std::string copy(known ? value : std::string_view());
+    Place place = {};
+    place.key = known ? known->key : Append(key);
+    place.key_size = key.size();
+    place.value = Append(known ? copy : value);
+    place.value_size = place.value_room = value.size();
+    if (known) {
+        text_.append(value.size(), '\0');
+        place.value_room *= 2;
+        *known = place;
+    } else {
+        places_.push_back(place);
+    }
+}
+
+void VLIBCSzHash::Clear() {
+    text_.clear();
+    places_.clear();
+}
+
+VLIBCSzHash::Place *VLIBCSzHash::FindPlace(std::string_view key) {
+    for (Place &place : places_) {
+        if (place.key_size == key.size() &&
+            memcmp(text_.data() + place.key, key.data(), key.size()) == 0)
+            return &place;
     }
     return nullptr;
 }
 
-void VLIBCSzHash::Set(std::string_view key, std::string_view value) {
-    for (auto &pair : pairs) {
-        if (pair.first != key) continue;
-        pair.second = value;
-        return;
-    }
-    pairs.emplace_back(key, value);
+size_t VLIBCSzHash::Append(std::string_view text) {
+    const size_t place = text_.size();
+    text_.append(text).push_back('\0');
+    return place;
 }
 
 extern "C" {
 
-VLIBCSzHash *VLIBCSzHashAlloc(int /*size*/) {
-    auto *hash = new (std::nothrow) VLIBCSzHash;
-    if (!hash) {
-        errno = ENOMEM;
-        SystemError(kSource, __LINE__);
-    }
-    return hash;
+VLIBCSzHash *VLIBCSzHashAlloc(int /*size*/) try {
+    return new VLIBCSzHash;
+} catch (const std::bad_alloc &) {
+    OutOfMemory();
+    return nullptr;
 }
 
 const char *VLIBCSzHashGetValue(const VLIBCSzHash *hash, const char *key) {
@@ -47,8 +100,7 @@ const char *VLIBCSzHashGetValue(const VLIBCSzHash *hash, const char *key) {
         BadParameter(kSource, __LINE__);
         return nullptr;
     }
-    const std::string *value = hash->Find(key);
-    return value ? value->c_str() : nullptr;
+    return hash->Find(key);
 }
 
 int VLIBCSzHashSetValue(VLIBCSzHash **hash, const char *key, const char *value) try {
@@ -56,12 +108,11 @@ int VLIBCSzHashSetValue(VLIBCSzHash **hash, const char *key, const char *value) 
     (*hash)->Set(key, value);
     return 0;
 } catch (const std::bad_alloc &) {
-    errno = ENOMEM;
-    return SystemError(kSource, __LINE__);
+    return OutOfMemory();
 }
 
 void VLIBCHashRemoveAll(VLIBCSzHash *hash) {
-    if (hash) hash->pairs.clear();
+    if (hash) hash->Clear();
 }
 
 void VLIBCSzHashFree(VLIBCSzHash *hash) {

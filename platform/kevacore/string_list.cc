@@ -16,8 +16,19 @@
 using kevacore::BadParameter;
 using kevacore::SystemError;
 
+// The items stand one behind the other in one text, each with its NUL, so that a
+// text is split with next to no allocations.
 struct VLIBCSzList {
-    std::vector<std::string> items;
+    std::string text;
+    std::vector<size_t> begins;  // of the items, in their order
+
+    // Room for a text of the usual length.
+    VLIBCSzList() {
+        text.reserve(256);
+        begins.reserve(16);
+    }
+
+    const char *At(size_t index) const { return text.data() + begins[index]; }
 };
 
 namespace {
@@ -29,46 +40,53 @@ int OutOfMemory() {
     return SystemError(kSource, __LINE__);
 }
 
-// Appends the items of a text; on a failure the list is as it was.
-int AppendItems(std::string_view text, std::string_view separator,
-                std::vector<std::string> *items) {
-    const size_t old_size = items->size();
+// Appends the items of a text; when memory is short, nothing.
+int AppendItems(std::string_view text, std::string_view separator, VLIBCSzList *list) {
+    const size_t old_count = list->begins.size();
+    const size_t old_size = list->text.size();
     try {
-        for (;;) {
-            const size_t end = text.find(separator);
-            items->emplace_back(text.substr(0, end));
-            if (end == std::string_view::npos) break;
-            text.remove_prefix(end + separator.size());
+        // Copied whole; each separator becomes the NUL of the item before it.
+        list->text.append(text).push_back('\0');
+        for (size_t begin = old_size;;) {
+            list->begins.push_back(begin);
+            const size_t end = list->text.find(separator, begin);
+            if (end == std::string::npos) break;
+            list->text[end] = '\0';
+            begin = end + separator.size();
         }
     } catch (const std::bad_alloc &) {
-        items->resize(old_size);
+        list->begins.resize(old_count);
+        list->text.resize(old_size);
         return OutOfMemory();
     }
-    return static_cast<int>(items->size() - old_size);
+    return static_cast<int>(list->begins.size() - old_count);
 }
 
 }  // namespace
 
 extern "C" {
 
-VLIBCSzList *VLIBCSzListAlloc(int /*size*/) {
-    auto *list = new (std::nothrow) VLIBCSzList;
-    if (!list) OutOfMemory();
-    return list;
+VLIBCSzList *VLIBCSzListAlloc(int /*size*/) try {
+    return new VLIBCSzList;
+} catch (const std::bad_alloc &) {
+    OutOfMemory();
+    return nullptr;
 }
 
 const char *VLIBCSzListGet(const VLIBCSzList *list, int index) {
-    if (!list || index < 0 || static_cast<size_t>(index) >= list->items.size()) {
+    if (!list || index < 0 || static_cast<size_t>(index) >= list->begins.size()) {
         BadParameter(kSource, __LINE__);
         return nullptr;
     }
-    return list->items[static_cast<size_t>(index)].c_str();
+    return list->At(static_cast<size_t>(index));
 }
 
 int VLIBCSzListFind(const VLIBCSzList *list, const char *text) {
     if (!list || !text) return BadParameter(kSource, __LINE__);
-    const auto found = std::find(list->items.begin(), list->items.end(), text);
-    return found == list->items.end() ? -1 : static_cast<int>(found - list->items.begin());
+    for (size_t index = 0; index < list->begins.size(); ++index) {
+        if (strcmp(list->At(index), text) == 0) return static_cast<int>(index);
+    }
+    return -1;
 }
 
 int VLIBCSzListPush(VLIBCSzList **list, const char *text) {
@@ -77,17 +95,21 @@ int VLIBCSzListPush(VLIBCSzList **list, const char *text) {
 
 int VLIBCSzListInsert(VLIBCSzList **list, int index, const char *text) try {
     if (!list || !*list || !text) return BadParameter(kSource, __LINE__);
-    auto &items = (*list)->items;
+    auto &begins = (*list)->begins;
     const auto place =
-        std::clamp<std::ptrdiff_t>(index, 0, static_cast<std::ptrdiff_t>(items.size()));
-    items.emplace(items.begin() + place, text);
+        std::clamp<std::ptrdiff_t>(index, 0, static_cast<std::ptrdiff_t>(begins.size()));
+    const size_t begin = (*list)->text.size();
+    (*list)->text.append(text, strlen(text) + 1);
+    begins.insert(begins.begin() + place, begin);
     return 0;
 } catch (const std::bad_alloc &) {
     return OutOfMemory();
 }
 
 void VLIBCSzListRemoveAll(VLIBCSzList *list) {
-    if (list) list->items.clear();
+    if (!list) return;
+    list->text.clear();
+    list->begins.clear();
 }
 
 int VLIBCSzListDump2Str(const VLIBCSzList *list, const char *separator, char *buffer,
@@ -96,14 +118,15 @@ int VLIBCSzListDump2Str(const VLIBCSzList *list, const char *separator, char *bu
     std::string_view between = "";  // not a null one: it is copied from
     size_t length = 0;
     buffer[0] = '\0';
-    for (const std::string &item : list->items) {
+    for (size_t index = 0; index < list->begins.size(); ++index) {
+        const std::string_view item = list->At(index);
         if (between.size() + item.size() >= size - length) {
             buffer[0] = '\0';
             return BadParameter(kSource, __LINE__);
         }
         memcpy(buffer + length, between.data(), between.size());
         length += between.size();
-        memcpy(buffer + length, item.c_str(), item.size() + 1);
+        memcpy(buffer + length, item.data(), item.size() + 1);
         length += item.size();
         between = separator;
     }
@@ -117,7 +140,7 @@ void VLIBCSzListFree(VLIBCSzList *list) {
 int VLIBCStrSep(const char *text, const char *separator, VLIBCSzList **list) {
     if (!text || !separator || *separator == '\0' || !list || !*list)
         return BadParameter(kSource, __LINE__);
-    return AppendItems(text, separator, &(*list)->items);
+    return AppendItems(text, separator, *list);
 }
 
 }  // extern "C"
