@@ -15,6 +15,7 @@
 #include <kevacore.h>
 #include <stddef.h>
 #include <stdint.h>
+#include <stdio.h>
 
 #ifdef __cplusplus
 extern "C" {
@@ -256,6 +257,217 @@ int32_t KEVAZORSetSystemDiskList(const VLIBCSzList *list);
  */
 int32_t KEVAZORGetSystemDiskList(VLIBCSzList **list);
 
+/* --- Upgrades ------------------------------------------------------------ */
+
+/* What kind of update a payload announces. */
+enum {
+    ZOR_UPDATE_KIND_UPGRADE = 1,
+    ZOR_UPDATE_KIND_SMALL_UPDATE = 2
+};
+
+/* The payload of command 17, 108 bytes (docs/records.md). */
+typedef struct ZORUpgradePayload {
+    uint32_t updateFlashVersion; /* non-zero: the marker was rewritten */
+    char serialNumber[ZOR_SERIAL_SIZE];
+    char version[64];
+    uint32_t kind;
+} ZORUpgradePayload;
+
+/*
+ * Announces an upgrade to a version (text, cut to 63 characters) and rewrites
+ * the flash version marker, of which a copy is kept. Waits up to 60 seconds. 0;
+ * -2 when the remote node is reached by the expander alone, with the marker
+ * rewritten; -1 otherwise. ERROR "ZOR Manager is not running. Can't do
+ * upgrade", "Error parameter", "Failed to get sn", "Failed to send upgrade
+ * request" (after "Failed to execute 'cp -f %s %s'", "Failed to set value of
+ * key (path:%s, key:%s, value:%s)" or "Failed to send request: %d").
+ */
+int32_t KEVAZORUpgrade(const char *version);
+
+/*
+ * The same for a small update, which rewrites the marker when
+ * updateFlashVersion is non-zero. 0 or -1. ERROR "ZOR Manager is not running.
+ * Can't do small update", and the others of an upgrade.
+ */
+int32_t KEVAZORSmallUpdate(const char *version, int32_t updateFlashVersion);
+
+/*
+ * Announce that the upgrade or small update has failed, and put the marker
+ * back. ERROR "ZOR Manager is not running. Can't notify upgrade failed" or
+ * "... small update failed", "Failed to send upgrade fail request" (after
+ * "Failed to send request: %d"); "Failed to execute 'mv -f %s %s'" leaves the
+ * result.
+ */
+int32_t KEVAZORUpgradeFail(void);
+int32_t KEVAZORSmallUpdateFail(void);
+
+/* --- Health --------------------------------------------------------------- */
+
+/* Bits of the health word that make the node's state an error, else a warning. */
+#define ZOR_HEALTH_ERROR_BITS 0x3000638u
+#define ZOR_HEALTH_WARNING_BITS 0x44bc79c7u
+
+/*
+ * Stores the health word that the manager has computed last. 0; -1 silently
+ * when there is none; -2 with ERROR "Bad parameter" (null pointer), "Failed to
+ * get ha.status for healthy status".
+ */
+int32_t ZORGetHealthyStatus(uint32_t *health);
+
+/*
+ * Asks the manager to compute the health word anew. ERROR "HealthyStatus:
+ * Failed to unlink update done flag", "HealthyStatus: Failed to touch need
+ * update flag", "HealthyStatus: Failed to send req %d".
+ */
+int32_t ZORCheckHealthyStatusNoWait(void);
+
+/*
+ * The same, and waits up to 15 seconds for it. health may be null, and is not
+ * read then. ERROR "HealthyStatus: Failed to check healthy status",
+ * "HealthyStatus: Failed to wait healthy status update done", "HealthyStatus:
+ * Failed to get healthy status".
+ */
+int32_t ZORCheckHealthyStatus(uint32_t *health);
+
+/*
+ * Writes "error", "warning" or "healthy" into a buffer of size bytes, which is
+ * cleared first. The length of the word, cut or not; else the result of
+ * ZORGetHealthyStatus. -1 silently for a null buffer.
+ */
+int32_t KEVAZORGetOverviewStatus(char *buffer, uint32_t size);
+
+/* --- Forwarding to the remote node ---------------------------------------- */
+
+#define ZOR_APPEND_LOG_EVENT_COUNT 34
+#define ZOR_SEND_NOTIFY_TAG_COUNT 12
+
+/* Log events that carry the serial number of their node, and tags of notifications. */
+extern const uint64_t gAppendLogEventList[ZOR_APPEND_LOG_EVENT_COUNT];
+extern const char *const gSendNotifyTagList[ZOR_SEND_NOTIFY_TAG_COUNT];
+
+/* Records of the log and the notification service; only copied here. */
+typedef struct ZORLogRecord {
+    uint8_t bytes[568];
+} ZORLogRecord;
+
+typedef struct ZORNotifyRecord {
+    uint8_t bytes[6152];
+} ZORNotifyRecord;
+
+/* 1 when the event is in the table or one of 0x13450001 to 0x13450022, else 0. */
+int32_t ZORShouldAppendSNToLog(uint64_t event);
+int32_t KEVAZORShouldAppendSNToLog(uint64_t event);
+
+/* 1 when the tag is in the table, else 0; of a null tag with error code 3328. */
+int32_t ZORShouldSendNotifyDataToRemote(const char *tag);
+int32_t KEVAZORShouldSendNotifyDataToRemote(const char *tag);
+
+/*
+ * Hand a record to the manager, who forwards it; nothing is waited for. ERROR
+ * "Failed to send request: %d". A null record is -1 silently.
+ */
+int32_t KEVAZORSendLogToRemote(ZORLogRecord record);
+int32_t KEVAZORSendNotifyDataToRemote(const ZORNotifyRecord *record);
+
+/*
+ * Forwards the setting "buzzeroffcfg" of /etc/kevainfo.conf. ERROR "Failed to
+ * get buzzeroffcfg from kevainfo.conf", "Failed to send request: %d".
+ */
+int32_t KEVAZORSendBuzzerOffCfgToRemote(void);
+
+/* --- Power ----------------------------------------------------------------- */
+
+/*
+ * Ask the manager to restart or stop this node, which must not serve: its role
+ * is unknown, passive or junior. ERROR "Local host is not in flash mode (role
+ * is not unknown, passive, junior", "Failed to touch the file '%s'"; on the
+ * way ERROR "============ now reboot local host, role: %d" or "... poweroff
+ * ...".
+ */
+int32_t ZORFlashModeReboot(void);
+int32_t ZORFlashModePoweroff(void);
+
+/*
+ * The same while the manager runs; NOTICE "ZOR Manager is not running. We
+ * can't reboot passive" or "... poweroff passive".
+ */
+int32_t KEVAZORPassiveReboot(void);
+int32_t KEVAZORPassivePoweroff(void);
+
+/* Results of a remote shutdown besides 0 and -1. */
+enum {
+    ZOR_SHUTDOWN_NOT_SENT = -2,
+    ZOR_SHUTDOWN_NO_MANAGER = -3,
+    ZOR_SHUTDOWN_TIMED_OUT = -4
+};
+
+/*
+ * On the active node: shuts the remote node down and waits up to 30 seconds
+ * until it is gone. 0 gone; -1 with ERROR "ZOR is not supported on this model",
+ * "Local is not active. should not call shut down remote on active"; -2 with
+ * ERROR "Failed to send command to remote with code: %d"; -3 with NOTICE "ZOR
+ * Manager is not running. Message queue is not ready for send req"; -4 with
+ * ERROR "WAIT REMOTE SHUTDOWN TIMEOUT". On the way ERROR "Remote alive but
+ * communication not OK."
+ */
+int32_t KEVAZORShutdownRemoteAndWaitDisconnectedOnActive(void);
+
+/* --- Other requests --------------------------------------------------------- */
+
+/*
+ * On the active node: has the passwords synchronised to the remote node.
+ * NOTICE "Remote is not online"; ERROR "Failed to sync pw, local role is not
+ * active", "Failed to send request: %d".
+ */
+int32_t KEVAZORSyncPasswdToRemote(void);
+
+/*
+ * Passes a fan adjustment, data of size bytes, to the remote node. ERROR "This
+ * model is not dualhead", "Error parameter" (null data, size below 1), "The
+ * output data size is too large" (32400 and more), "Failed to send request:
+ * %d".
+ */
+int32_t KEVAZORRemoteFanAdjust(const void *data, int32_t size);
+
+/* Starts the adjustment of the system disk. ERROR "Failed send msg to state controller". */
+int32_t KEVAZORAdjustSystemDisk(void);
+
+/* Reports a press of the reset button; waits up to 15 seconds. The same ERROR. */
+int32_t KEVAZORResetButtonPress(void);
+
+/* --- The BIOS upgrade window -------------------------------------------------- */
+
+/* Non-zero while the window is open on this node. */
+int32_t ZORIsUpgradingBios(void);
+
+/*
+ * Opens the window: its flag, and longer expander heartbeat timers. ERROR
+ * "Failed to create bios upgrade flag", "Failed to prolong expander HB".
+ */
+int32_t ZORBiosUpgradeStart(void);
+
+/* Removes the flag. The result of unlink. */
+int32_t ZORBiosUpgradeEnd(void);
+
+/*
+ * Opens the window as the system's version and root need it. The lock that
+ * keeps others out stays in the handle, also after a failure, until the end.
+ * ERROR "Error parameter" (null handle), "ZOR is not supported on this model",
+ * "Failed to get system version" (after "Failed to read major version from
+ * %s" or "... minor ..."), "Failed to get lock, bios upgrade is in
+ * processing", "Failed to do bios upgrade start procedure", "Failed to stop ha
+ * mgr", "Failed to prolong expander HB timeout to %s".
+ */
+int32_t KEVAZORBiosUpgradeStart(FILE **handle);
+
+/*
+ * Closes the window and releases the lock in the handle, if there is one,
+ * whatever the result. ERROR as of the start, and "Failed to do bios upgrade
+ * end procedure", "Failed to start ha mgr", "Local role is active, should not
+ * be here".
+ */
+int32_t KEVAZORBiosUpgradeEnd(FILE **handle);
+
 /* --- Process priority ---------------------------------------------------- */
 
 /*
@@ -288,6 +500,10 @@ ZOR_CORE_ASSERT(zor_message_send_time, offsetof(ZORMgrMessage, sendTime) == 3253
 ZOR_CORE_ASSERT(zor_cancel_payload_size, sizeof(ZORCancelPayload) == 32);
 ZOR_CORE_ASSERT(zor_cancel_payload_reason, offsetof(ZORCancelPayload, reason) == 24);
 ZOR_CORE_ASSERT(zor_request_size, sizeof(void *) != 8 || sizeof(ZORMgrRequest) == 48);
+ZOR_CORE_ASSERT(zor_upgrade_payload_size, sizeof(ZORUpgradePayload) == 108);
+ZOR_CORE_ASSERT(zor_upgrade_payload_version, offsetof(ZORUpgradePayload, version) == 40);
+ZOR_CORE_ASSERT(zor_log_record_size, sizeof(ZORLogRecord) == 568);
+ZOR_CORE_ASSERT(zor_notify_record_size, sizeof(ZORNotifyRecord) == 6152);
 ZOR_CORE_ASSERT(zor_if_info_size, sizeof(ZORIfInfo) == 732);
 ZOR_CORE_ASSERT(zor_if_info_bonds, offsetof(ZORIfInfo, bonds) == 252);
 ZOR_CORE_ASSERT(zor_if_info_interfaces, offsetof(ZORIfInfo, interfaces) == 468);

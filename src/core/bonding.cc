@@ -3,8 +3,7 @@
 
 #include <unistd.h>
 
-#include <cstdlib>
-
+#include "core/request_sender.h"
 #include "foundation/log.h"
 #include "foundation/paths.h"
 #include "kevacore.h"
@@ -16,19 +15,6 @@ constexpr char kLogModule[] = "zor_core";
 constexpr uint32_t kBondingCommand = 55;
 constexpr uint32_t kBondingDoneCommand = 56;
 constexpr int64_t kTimeout = 30;  // seconds
-
-// Only the result of the request counts.
-int32_t Send(uint32_t command, const void *payload, uint32_t size) {
-    ZORMgrRequest request = {};
-    request.commandId = command;
-    request.inputData = payload;
-    request.inputSize = size;
-    request.wait = 1;
-    request.timeout = kTimeout;
-    const int32_t result = ZORSendReqToMgr(&request);
-    free(request.outputData);
-    return result;
-}
 
 }  // namespace
 
@@ -47,7 +33,7 @@ int32_t KEVAZORBonding(const char *list, int32_t size) {
         ZOR_ERROR("Error parameter");
         return -1;
     }
-    if (Send(kBondingCommand, list, static_cast<uint32_t>(size)) < 0) {
+    if (SendCommandAndWait(kBondingCommand, list, static_cast<uint32_t>(size), kTimeout) < 0) {
         // The text has size bytes and need not be terminated.
         ZOR_ERROR("Failed send msg to state controller, with if list [%.*s]", size > 0 ? size : 0,
                   list);
@@ -57,7 +43,7 @@ int32_t KEVAZORBonding(const char *list, int32_t size) {
 }
 
 int32_t KEVAZORBondingDone(uint32_t value) {
-    if (Send(kBondingDoneCommand, &value, sizeof value) < 0) {
+    if (SendCommandAndWait(kBondingDoneCommand, &value, sizeof value, kTimeout) < 0) {
         ZOR_ERROR("Failed send msg to state controller");
         return -1;
     }

@@ -21,6 +21,25 @@ constexpr char kMsgQueueKeyFile[] = "/tmp/zor/.msg_queue_key_file";
 constexpr char kFactorySerialFile[] = "/proc/sys/kernel/keva_serial";
 constexpr char kCustomSerialFile[] = "/proc/sys/kernel/keva_custom_serial";
 
+constexpr char kHealthNeedUpdateFlag[] = "/tmp/zor/.zor.healthy.status.need.update";
+constexpr char kHealthUpdateDoneFlag[] = "/tmp/zor/.zor.healthy.status.update.done";
+constexpr char kRebootFlag[] = "/tmp/zor/reboot";
+constexpr char kPoweroffFlag[] = "/tmp/zor/poweroff";
+constexpr char kBiosUpgradeFlag[] = "/tmp/zor/bios_upgrade";
+
+constexpr char kFlashVersionFile[] = "/.flash_version";
+constexpr char kFlashVersionBackup[] = "/tmp/zor/.flash_version_backup";
+constexpr char kSystemConfFile[] = "/etc/kevainfo.conf";
+constexpr char kVersionFile[] = "/etc.defaults/VERSION";
+
+// Where the cluster's programs live when they have a root of their own.
+constexpr char kOtherRoot[] = "/dual_glibc";
+
+constexpr char kClusterTool[] = "/usr/keva/kevazor/bin/kevazor";
+constexpr char kManagerProgram[] = "/usr/keva/kevazor/bin/keva_zor_mgr_daemon";
+constexpr char kKillallProgram[] = "/usr/bin/killall";
+constexpr char kChrootProgram[] = "/usr/sbin/chroot";
+
 // The line of an entry in a key/value file.
 constexpr char kKeyValueLine[] = "%s=\"%s\"\n";
 
