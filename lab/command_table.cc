@@ -1,12 +1,12 @@
 #include "command_table.h"
 
 #include <algorithm>
-#include <cstring>
 #include <iterator>
-#include <type_traits>
 
 #include "bonding_plan.h"
+#include "cluster_commands.h"
 #include "pending_answers.h"
+#include "request_payload.h"
 
 namespace {
 
@@ -15,23 +15,8 @@ constexpr uint32_t kPing = 1000;
 
 constexpr int32_t kSnapshotTypes = 3;
 
-uint32_t PayloadLength(const ZORMgrMessage &request) {
-    return std::min<uint32_t>(request.payloadLength, sizeof request.payload);
-}
-
-// Reads a payload of exactly one record.
-template <typename Record>
-bool ReadPayload(const ZORMgrMessage &request, Record *record) {
-    static_assert(std::is_trivially_copyable_v<Record>);
-    if (request.payloadLength != sizeof *record) return false;
-    memcpy(record, request.payload, sizeof *record);
-    return true;
-}
-
 Outcome Ping(const ZORMgrMessage &request, CommandContext & /*context*/) {
-    return {true,
-            std::string(reinterpret_cast<const char *>(request.payload), PayloadLength(request)),
-            "payload sent back"};
+    return {true, PayloadText(request), "payload sent back"};
 }
 
 Outcome Cancel(const ZORMgrMessage &request, CommandContext &context) {
@@ -52,7 +37,7 @@ Outcome LoadSnapshot(const ZORMgrMessage &request, CommandContext & /*context*/)
 }
 
 Outcome StartBonding(const ZORMgrMessage &request, CommandContext &context) {
-    const std::string list(reinterpret_cast<const char *>(request.payload), PayloadLength(request));
+    const std::string list = PayloadText(request);
     if (!context.bonding.Start(list)) return {false, "", "no list of interfaces: " + list};
     return {true, "", "the network changes to " + list};
 }
@@ -69,25 +54,25 @@ Outcome NotServed(const ZORMgrMessage & /*request*/, CommandContext & /*context*
 }
 
 constexpr Command kCommands[] = {
-    {14, "shut the remote node down", NotServed},
+    {14, "shut the remote node down", ShutDownRemote},
     {16, "monitored link changed", NotServed},
-    {17, "upgrade or small update", NotServed},
-    {18, "upgrade or small update failed", NotServed},
-    {29, "adjust the system disk", NotServed},
+    {17, "upgrade or small update", AnnounceUpgrade},
+    {18, "upgrade or small update failed", AnnounceUpgradeFailure},
+    {29, "adjust the system disk", AdjustSystemDisk},
     {33, "ask node information", NotServed},
-    {34, "send a log record to the remote node", NotServed},
+    {34, "send a log record to the remote node", ForwardLogRecord},
     {35, "monitored service changed", NotServed},
-    {36, "send the buzzer-off setting to the remote node", NotServed},
+    {36, "send the buzzer-off setting to the remote node", ForwardBuzzerOff},
     {40, "cancel a timed-out command", Cancel},
-    {42, "synchronise passwords to the remote node", NotServed},
-    {45, "adjust the remote node's fans", NotServed},
+    {42, "synchronise passwords to the remote node", SyncPasswords},
+    {45, "adjust the remote node's fans", AdjustRemoteFans},
     {50, "load a management-interface snapshot", LoadSnapshot},
-    {52, "send notification data to the remote node", NotServed},
+    {52, "send notification data to the remote node", ForwardNotification},
     {55, "bonding", StartBonding},
     {56, "bonding done", FinishBonding},
     {60, "halt check", NotServed},
-    {62, "reset button pressed", NotServed},
-    {63, "check the health status now", NotServed},
+    {62, "reset button pressed", PressResetButton},
+    {63, "check the health status now", CheckHealth},
     {kPing, "ping", Ping},
 };
 

@@ -7,12 +7,17 @@
 #include "zor_core.h"
 
 class BondingPlan;
+class HealthPublisher;
+class Peer;
 class PendingAnswers;
 
 // What a handler may use.
 struct CommandContext {
     PendingAnswers &pending;
     BondingPlan &bonding;
+    Peer &peer;
+    HealthPublisher &health;
+    std::string &upgrade;  // the one that is under way; empty: none
 };
 
 // The outcome of a command: whether it succeeded, the payload of the answer, and

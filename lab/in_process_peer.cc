@@ -1,4 +1,6 @@
 #include <cstring>
+#include <map>
+#include <utility>
 
 #include "chassis_file.h"
 #include "machine.h"
@@ -14,14 +16,14 @@ class InProcessPeer : public Peer {
   public:
     explicit InProcessPeer(const std::string &chassis_path) : chassis_(chassis_path) {}
 
-    bool IsAliveByNet() const override { return true; }
-    bool IsAliveByExpander() const override { return true; }
-    bool IsHandlerReady() const override { return true; }
+    bool IsAliveByNet() const override { return is_up_; }
+    bool IsAliveByExpander() const override { return is_up_; }
+    bool IsHandlerReady() const override { return is_up_; }
     std::string Serial() const override { return kSerial; }
 
     bool SendConf(const ZORSyncConf &conf) override {
         conf_ = conf;
-        return true;
+        return is_up_;
     }
 
     bool SendStatus(const ZORSyncStatus &status) override {
@@ -38,10 +40,13 @@ class InProcessPeer : public Peer {
         *status = received_;
         status->role = received_.role == ZOR_ROLE_ACTIVE ? ZOR_ROLE_PASSIVE : ZOR_ROLE_ACTIVE;
         memset(status->hostIp, 0, sizeof status->hostIp);
+        memset(status->failedInterfaces, 0, sizeof status->failedInterfaces);
+        memset(status->failedServices, 0, sizeof status->failedServices);
+        memset(status->blockingTasks, 0, sizeof status->blockingTasks);
         return true;
     }
 
-    bool SendHardware(const ZORHWHostInfo & /*host*/) override { return true; }
+    bool SendHardware(const ZORHWHostInfo & /*host*/) override { return is_up_; }
 
     // Its own view of the chassis. A description that is none is for this node to
     // report.
@@ -55,7 +60,17 @@ class InProcessPeer : public Peer {
         return true;
     }
 
+    bool Take(const std::string &what, const std::string &item) override {
+        if (is_up_) items_[what] = item;
+        return is_up_;
+    }
+
+    // Gone for good.
+    bool ShutDown() override { return std::exchange(is_up_, false); }
+
   private:
+    bool is_up_ = true;
+    std::map<std::string, std::string> items_;  // the newest of each kind
     ChassisFile chassis_;
     ZORSyncConf conf_ = {};
     ZORSyncStatus received_ = {};

@@ -13,6 +13,8 @@ class LonePeer : public Peer {
     bool TakeStatus(ZORSyncStatus * /*status*/) override { return false; }
     bool SendHardware(const ZORHWHostInfo & /*host*/) override { return false; }
     bool TakeHardware(ZORHWHostInfo * /*host*/) override { return false; }
+    bool Take(const std::string & /*what*/, const std::string & /*item*/) override { return false; }
+    bool ShutDown() override { return false; }
 };
 
 }  // namespace

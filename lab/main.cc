@@ -10,15 +10,19 @@
 #include <string>
 #include <thread>
 
+#include "appliance_programs.h"
 #include "behaviour.h"
 #include "chassis.h"
 #include "manager.h"
 #include "queue_limits.h"
 #include "runtime_folder.h"
+#include "zor_status.h"
 
 namespace {
 
 volatile sig_atomic_t stop_asked = 0;
+
+constexpr char kDefaultChassis[] = "/etc/zorlab.chassis";
 
 int RunManager(int role, const std::string &peer, const std::string &chassis) {
     struct sigaction stop = {};
@@ -76,9 +80,17 @@ std::string BehaviourHelp() {
     return "one of: " + words;
 }
 
+// The manager program of an appliance goes to the background at once.
+int RunAsDaemon() {
+    if (daemon(0, 0) != 0) return 1;
+    return RunManager(ZOR_ROLE_JUNIOR, "none", kDefaultChassis);
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
+    if (IsClusterTool(argv[0])) return RunClusterTool(argc, argv);
+    if (IsManagerDaemon(argv[0])) return RunAsDaemon();
     CLI::App app("The development manager: serves one node as the manager daemon would.", "zorlab");
     app.require_subcommand(1);
     app.footer("Example, in a private node: zorlab manager & zorlab tell 1000 delay:3");
@@ -94,7 +106,7 @@ int main(int argc, char **argv) {
         ->check(CLI::IsMember({"none", "in-process"}))
         ->capture_default_str();
 
-    std::string chassis = "/etc/zorlab.chassis";
+    std::string chassis = kDefaultChassis;
     manager
         ->add_option("--chassis", chassis,
                      "description of the hardware, read again when it has changed")

@@ -1,5 +1,7 @@
 #include "manager.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -7,6 +9,7 @@
 #include <string>
 #include <thread>
 
+#include "appliance_programs.h"
 #include "behaviour.h"
 #include "command_table.h"
 #include "node_conf.h"
@@ -23,6 +26,15 @@ using std::chrono::steady_clock;
 constexpr milliseconds kPollPause{20};
 constexpr seconds kWorkPause{1};
 constexpr uint32_t kTooLong = ZOR_PAYLOAD_SIZE + 1;
+
+// What a caller asks for with a flag file.
+struct PowerFlag {
+    const char *path;
+    const char *action;
+};
+
+constexpr PowerFlag kPowerFlags[] = {{"/tmp/zor/reboot", "restart"},
+                                     {"/tmp/zor/poweroff", "power off"}};
 
 // A line of the manager's own log, on standard output.
 void Tell(const std::string &text) {
@@ -76,11 +88,14 @@ Outcome HandleInItsGroup(const ZORMgrMessage &request, CommandContext &context) 
 Manager::Manager(int role, std::unique_ptr<Peer> peer, const std::string &chassis_path)
     : peer_(std::move(peer)),
       publisher_(role, *peer_, bonding_),
-      hardware_(ChassisFile(chassis_path), *peer_, Tell) {
+      hardware_(ChassisFile(chassis_path), *peer_, Tell),
+      health_(publisher_) {
+    InstallAppliancePrograms();
     if (hardware_.Publish()) publisher_.PublishHardware();
     publisher_.Publish();
     KeepConf(role, peer_->Serial());
     ExchangeWithPeer();
+    health_.Publish();
     publisher_.AnnounceReady();
     next_work_ = steady_clock::now() + kWorkPause;
     Tell("the node is served, role " + std::to_string(role));
@@ -88,7 +103,7 @@ Manager::Manager(int role, std::unique_ptr<Peer> peer, const std::string &chassi
 
 void Manager::Run(const volatile std::sig_atomic_t &stop) {
     const auto request = std::make_unique<ZORMgrMessage>();
-    while (!stop) {
+    while (!stop && !IsToldToStop()) {
         while (queues_.TakeRequest(request.get())) Serve(*request);
         pending_.TakeDue([this](const ZORMgrMessage &answer) { queues_.SendAnswer(answer); });
         WorkEverySecond();
@@ -98,7 +113,7 @@ void Manager::Run(const volatile std::sig_atomic_t &stop) {
 }
 
 void Manager::Serve(const ZORMgrMessage &request) {
-    CommandContext context = {pending_, bonding_};
+    CommandContext context = {pending_, bonding_, *peer_, health_, upgrade_};
     const bool is_told_to_refuse = BehaviourOf(request.commandId).conduct == Conduct::kRefuse;
     const Outcome outcome = is_told_to_refuse ? Outcome{false, "", "told to refuse"}
                                               : HandleInItsGroup(request, context);
@@ -150,6 +165,18 @@ void Manager::WorkEverySecond() {
     if (hardware_.Publish()) publisher_.PublishHardware();
     publisher_.Publish();
     ExchangeWithPeer();
+    health_.Publish();
+}
+
+// By a flag file of the library's. The node itself is the manager here.
+bool Manager::IsToldToStop() const {
+    for (const PowerFlag &flag : kPowerFlags) {
+        if (access(flag.path, F_OK) != 0) continue;
+        unlink(flag.path);
+        Tell(std::string("the node is to ") + flag.action + ": it stops");
+        return true;
+    }
+    return false;
 }
 
 // The status both ways, and the configuration when it has changed.

@@ -7,6 +7,7 @@
 
 #include "bonding_plan.h"
 #include "hardware_publisher.h"
+#include "health_publisher.h"
 #include "manager_queues.h"
 #include "peer.h"
 #include "pending_answers.h"
@@ -23,6 +24,7 @@ class Manager {
   private:
     void Serve(const ZORMgrMessage &request);
     void Answer(const ZORMgrMessage &request, const ZORMgrMessage &answer);
+    bool IsToldToStop() const;
     void WorkEverySecond();
     void ExchangeWithPeer();
 
@@ -33,6 +35,8 @@ class Manager {
     BondingPlan bonding_;
     StatusPublisher publisher_;
     HardwarePublisher hardware_;
+    HealthPublisher health_;
+    std::string upgrade_;
     PendingAnswers pending_;
     std::chrono::steady_clock::time_point next_work_;
 };

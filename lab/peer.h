@@ -36,6 +36,13 @@ class Peer {
 
     // Takes the newest hardware that the peer has sent, if there is a new one.
     virtual bool TakeHardware(ZORHWHostInfo *host) = 0;
+
+    // Hands an item over that the peer is to carry out or keep: what it is called,
+    // and its content. False when the peer cannot be reached.
+    virtual bool Take(const std::string &what, const std::string &item) = 0;
+
+    // Tells the peer to shut down. False when it cannot be reached.
+    virtual bool ShutDown() = 0;
 };
 
 // The peer of a node that is alone: never there.
@@ -43,5 +50,5 @@ std::unique_ptr<Peer> MakeLonePeer();
 
 // A peer that lives in this process: always there and passive. It keeps what it
 // is sent and says so, its interfaces are as fast as this node's, and it is the
-// other controller of the same chassis.
+// other controller of the same chassis. It shuts down when it is told to.
 std::unique_ptr<Peer> MakeInProcessPeer(const std::string &chassis_path);

@@ -23,8 +23,10 @@ class StatusPublisher {
     // Says that requests are served from now on.
     void AnnounceReady();
 
-  private:
+    // Writes an entry unless it has been written with this value already.
     void Set(uint32_t selector, uint32_t key, const std::string &value);
+
+  private:
     void PublishNode();
     void PublishPeer();
     void PublishInterfaces();
