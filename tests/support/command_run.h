@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -47,9 +48,10 @@ void SleepMilliseconds(int milliseconds);
 
 template <typename Condition>
 bool WaitFor(Condition condition) {
-    for (int attempt = 0; attempt < 1000; ++attempt) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (std::chrono::steady_clock::now() < end) {
         if (condition()) return true;
         SleepMilliseconds(10);
     }
-    return false;
+    return condition();
 }

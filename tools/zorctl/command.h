@@ -23,6 +23,11 @@ void AddServicesCommand(CLI::App &app, CommandContext &context);
 void AddConstraintsCommand(CLI::App &app, CommandContext &context);
 void AddDisksCommand(CLI::App &app, CommandContext &context);
 void AddHardwareCommand(CLI::App &app, CommandContext &context);
+void AddHealthCommand(CLI::App &app, CommandContext &context);
+void AddUpgradeCommand(CLI::App &app, CommandContext &context);
+void AddBiosCommand(CLI::App &app, CommandContext &context);
+void AddPowerCommand(CLI::App &app, CommandContext &context);
+void AddForwardCommand(CLI::App &app, CommandContext &context);
 void AddDoctorCommand(CLI::App &app, CommandContext &context);
 
 // Adds the flag that every reading verb has.

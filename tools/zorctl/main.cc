@@ -27,6 +27,11 @@ int main(int argc, char **argv) {
     AddConstraintsCommand(app, context);
     AddDisksCommand(app, context);
     AddHardwareCommand(app, context);
+    AddHealthCommand(app, context);
+    AddUpgradeCommand(app, context);
+    AddBiosCommand(app, context);
+    AddPowerCommand(app, context);
+    AddForwardCommand(app, context);
     AddDoctorCommand(app, context);
     try {
         app.parse(argc, argv);

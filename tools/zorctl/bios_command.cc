@@ -1,0 +1,87 @@
+// zorctl bios: the BIOS upgrade window.
+
+#include <signal.h>
+
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+#include "cluster_action.h"
+#include "command.h"
+#include "exit_code.h"
+#include "zor_core.h"
+
+namespace {
+
+volatile sig_atomic_t stop_asked = 0;
+
+void WaitForSignal() {
+    struct sigaction stop = {};
+    stop.sa_handler = [](int) { stop_asked = 1; };
+    sigaction(SIGINT, &stop, nullptr);
+    sigaction(SIGTERM, &stop, nullptr);
+    while (!stop_asked) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+}
+
+// The lock that keeps a second window from being opened lives as long as this
+// process, so that a window that is to be guarded is held open here.
+int32_t Start(bool hold) {
+    FILE *lock = nullptr;
+    const int32_t result = KEVAZORBiosUpgradeStart(&lock);
+    if (result != 0) return result;
+    if (!hold) {
+        puts("the window is open; zorctl bios end closes it");
+        return 0;
+    }
+    puts("the window is open; a signal to stop closes it");
+    fflush(stdout);
+    WaitForSignal();
+    return KEVAZORBiosUpgradeEnd(&lock);
+}
+
+int32_t End() {
+    FILE *lock = nullptr;
+    return KEVAZORBiosUpgradeEnd(&lock);
+}
+
+}  // namespace
+
+void AddBiosCommand(CLI::App &app, CommandContext &context) {
+    CLI::App *bios = app.add_subcommand("bios", "the window in which the BIOS is flashed");
+    bios->require_subcommand(1);
+
+    const auto hold = std::make_shared<bool>(false);
+    CLI::App *start = bios->add_subcommand("start", "open the window");
+    start->add_flag("--hold", *hold, "keep the lock until a signal, and close the window then");
+    const auto start_options = AddActionFlags(start);
+    start->callback([=, &context] {
+        context.action = [=] {
+            const ActionPlan plan = {"Opening the BIOS upgrade window",
+                                     {"raise the flag /tmp/zor/bios_upgrade",
+                                      "lengthen the expander heartbeat timers to 600 s",
+                                      "or, with /dual_glibc, have its cluster tool do so"},
+                                     {}};
+            return RunAction(plan, *start_options, [=] { return Start(*hold); });
+        };
+    });
+
+    CLI::App *end = bios->add_subcommand("end", "close the window");
+    const auto end_options = AddActionFlags(end);
+    end->callback([=, &context] {
+        context.action = [=] {
+            const ActionPlan plan = {"Closing the BIOS upgrade window",
+                                     {"remove the flag /tmp/zor/bios_upgrade",
+                                      "or, with /dual_glibc, have its cluster tool do so"},
+                                     {}};
+            return RunAction(plan, *end_options, End);
+        };
+    });
+
+    CLI::App *show = bios->add_subcommand("show", "say whether the window is open");
+    show->callback([&context] {
+        context.action = [] {
+            puts(ZORIsUpgradingBios() ? "open" : "closed");
+            return static_cast<int>(kExitSuccess);
+        };
+    });
+}

@@ -1,0 +1,45 @@
+// zorctl power: restarts or stops this node, or shuts the remote one down.
+
+#include "cluster_action.h"
+#include "command.h"
+#include "zor_core.h"
+
+namespace {
+
+struct PowerVerb {
+    const char *name;
+    const char *description;
+    ActionPlan plan;
+    int32_t (*run)();
+};
+
+const PowerVerb kPowerVerbs[] = {
+    {"reboot",
+     "restart this node, which must not serve",
+     {"Restarting this node", {"create /tmp/zor/reboot"}, {}},
+     KEVAZORPassiveReboot},
+    {"off",
+     "power this node off, which must not serve",
+     {"Powering this node off", {"create /tmp/zor/poweroff"}, {}},
+     KEVAZORPassivePoweroff},
+    {"shutdown-remote",
+     "on the active node: shut the remote node down and wait until it is gone",
+     {"Shutting the remote node down",
+      {"wait up to 30 s until the remote node is gone"},
+      {{14, 0, false, 0}}},
+     KEVAZORShutdownRemoteAndWaitDisconnectedOnActive},
+};
+
+}  // namespace
+
+void AddPowerCommand(CLI::App &app, CommandContext &context) {
+    CLI::App *power = app.add_subcommand("power", "restart, power off, shut the remote node down");
+    power->require_subcommand(1);
+    for (const PowerVerb &row : kPowerVerbs) {
+        CLI::App *verb = power->add_subcommand(row.name, row.description);
+        const auto options = AddActionFlags(verb);
+        verb->callback([=, &context, &row] {
+            context.action = [=, &row] { return RunAction(row.plan, *options, row.run); };
+        });
+    }
+}
