@@ -111,11 +111,12 @@ bool FillLocal(ZORNodeInfo *info) {
     return true;
 }
 
-bool FillRemote(const RemoteLink &remote, const char *configuredSerial, ZORNodeInfo *info) {
+bool FillRemote(const RemoteLink &remote, const char *configuredSerial, uint32_t transition,
+                ZORNodeInfo *info) {
     const bool isConfigured = configuredSerial[0] != '\0';
     info->role = isConfigured ? ZOR_ROLE_PASSIVE : ZOR_ROLE_UNKNOWN;
     info->nodeIndex = NodeIndex(kRemoteNode);
-    info->nodeState = RemoteStateWithoutQuestion(remote, isConfigured);
+    info->nodeState = RemoteStateWithoutQuestion(remote, isConfigured, transition);
     if (info->nodeState != kAskForState) return true;
     info->nodeState = ZOR_UI_STATE_UNDETERMINED;
     ZORNodeInfoAnswer answer;
@@ -146,8 +147,10 @@ int32_t ZORGetNodeInfo(int32_t node) {
     char configuredSerial[ZOR_CONF_SERIAL_SIZE] = {};
     ReadRemoteSerial(configuredSerial);
     ZORNodeInfo info = DefaultInfo();
-    const bool isToWrite =
-        node == kLocalNode ? FillLocal(&info) : FillRemote(remote, configuredSerial, &info);
+    const uint32_t transition = ZORGetRuntimeStatus().transition;
+    const bool isToWrite = node == kLocalNode
+                               ? FillLocal(&info)
+                               : FillRemote(remote, configuredSerial, transition, &info);
     return isToWrite ? writeObject(cache, &info, sizeof info) : -1;
 }
 

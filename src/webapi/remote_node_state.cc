@@ -41,9 +41,10 @@ bool HasBootError() {
 
 }  // namespace
 
-int32_t RemoteStateWithoutQuestion(const RemoteLink &remote, bool isConfigured) {
+int32_t RemoteStateWithoutQuestion(const RemoteLink &remote, bool isConfigured,
+                                   uint32_t transition) {
     const Situation now = {remote, isConfigured, getRemoteSwitchingStatus(), HasBootError(),
-                           ZORGetRuntimeStatus().transition};
+                           transition};
     for (const StateRow &row : kStateRows) {
         if (row.applies(now)) return row.state;
     }

@@ -12,4 +12,6 @@ constexpr int32_t kAskForState = -1;
 constexpr int32_t kForeignNode = 0;  // none is configured, or another one
 constexpr int32_t kWithoutExpander = 14;
 
-int32_t RemoteStateWithoutQuestion(const RemoteLink &remote, bool isConfigured);
+// transition: of the runtime status.
+int32_t RemoteStateWithoutQuestion(const RemoteLink &remote, bool isConfigured,
+                                   uint32_t transition);

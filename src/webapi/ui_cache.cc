@@ -26,11 +26,11 @@ constexpr mode_t kMode = 0644;
 class TemporaryFile {
   public:
     explicit TemporaryFile(const char *path) {
-        snprintf(name_, sizeof name_, "%s.temp", path ? path : "");
+        if (path) snprintf(name_, sizeof name_, "%s.temp", path);
     }
     ~TemporaryFile() {
         const int saved = errno;
-        unlink(name_);
+        if (!isMoved_) unlink(name_);
         errno = saved;
     }
     TemporaryFile(const TemporaryFile &) = delete;
@@ -63,12 +63,14 @@ class TemporaryFile {
             snprintf(source, sizeof source, "/proc/self/fd/%d", file);
             if (linkat(AT_FDCWD, source, AT_FDCWD, name_, AT_SYMLINK_FOLLOW) != 0) return false;
         }
-        return rename(name_, path) == 0;
+        isMoved_ = rename(name_, path) == 0;
+        return isMoved_;
     }
 
   private:
-    char name_[128];
+    char name_[128] = {};
     bool isNamed_ = false;
+    bool isMoved_ = false;
 };
 
 }  // namespace
