@@ -5,6 +5,7 @@
 
 #include "bonding_plan.h"
 #include "cluster_commands.h"
+#include "interface_commands.h"
 #include "pending_answers.h"
 #include "request_payload.h"
 
@@ -12,8 +13,6 @@ namespace {
 
 // The manager's own: answers with its payload, to try the road out.
 constexpr uint32_t kPing = 1000;
-
-constexpr int32_t kSnapshotTypes = 3;
 
 Outcome Ping(const ZORMgrMessage &request, CommandContext & /*context*/) {
     return {true, PayloadText(request), "payload sent back"};
@@ -26,14 +25,6 @@ Outcome Cancel(const ZORMgrMessage &request, CommandContext &context) {
     return {is_known, "",
             "cancels command " + std::to_string(cancel.commandId) + " of " +
                 std::to_string(cancel.sendTime) + (is_known ? "" : ", which is not pending")};
-}
-
-// The snapshots' builders belong to the library, which has none yet.
-Outcome LoadSnapshot(const ZORMgrMessage &request, CommandContext & /*context*/) {
-    int32_t type;
-    if (!ReadPayload(request, &type) || type < 0 || type >= kSnapshotTypes)
-        return {false, "", "no snapshot type"};
-    return {false, "", "snapshot " + std::to_string(type) + " has no builder"};
 }
 
 Outcome StartBonding(const ZORMgrMessage &request, CommandContext &context) {
@@ -55,13 +46,13 @@ Outcome NotServed(const ZORMgrMessage & /*request*/, CommandContext & /*context*
 
 constexpr Command kCommands[] = {
     {14, "shut the remote node down", ShutDownRemote},
-    {16, "monitored link changed", NotServed},
+    {16, "monitored link changed", ChangeMonitoredLinks},
     {17, "upgrade or small update", AnnounceUpgrade},
     {18, "upgrade or small update failed", AnnounceUpgradeFailure},
     {29, "adjust the system disk", AdjustSystemDisk},
-    {33, "ask node information", NotServed},
+    {33, "ask node information", AskNode},
     {34, "send a log record to the remote node", ForwardLogRecord},
-    {35, "monitored service changed", NotServed},
+    {35, "monitored service changed", ChangeMonitoredServices},
     {36, "send the buzzer-off setting to the remote node", ForwardBuzzerOff},
     {40, "cancel a timed-out command", Cancel},
     {42, "synchronise passwords to the remote node", SyncPasswords},
@@ -70,7 +61,7 @@ constexpr Command kCommands[] = {
     {52, "send notification data to the remote node", ForwardNotification},
     {55, "bonding", StartBonding},
     {56, "bonding done", FinishBonding},
-    {60, "halt check", NotServed},
+    {60, "halt check", CheckHalt},
     {62, "reset button pressed", PressResetButton},
     {63, "check the health status now", CheckHealth},
     {kPing, "ping", Ping},

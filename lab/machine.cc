@@ -72,6 +72,13 @@ std::string ReadVersionKey(const char *key) {
     return VLIBCFileGetKeyValue(kVersionFile, key, value, sizeof value, 0) > 0 ? value : "";
 }
 
+// A virtual port that is up has no speed of its own.
+int SpeedOf(const fs::path &folder) {
+    constexpr int kVirtualSpeed = 1000;
+    const int speed = ReadNumber(folder / "speed", -1);
+    return speed > 0 ? speed : kVirtualSpeed;
+}
+
 }  // namespace
 
 std::vector<Port> ReadPorts() {
@@ -102,7 +109,7 @@ std::vector<Port> ReadPorts() {
         std::error_code error;
         port.bond = fs::read_symlink(folder / "master", error).filename();
         port.is_up = ReadNumber(folder / "carrier", 0) == 1;
-        port.speed_mbit = port.is_up ? ReadNumber(folder / "speed", -1) : -1;
+        port.speed_mbit = port.is_up ? SpeedOf(folder) : -1;
         ports.push_back(port);
     }
     return ports;

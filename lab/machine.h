@@ -16,7 +16,7 @@ struct Port {
     std::string bond;  // the kernel's name of the bond that it is a member of; may be empty
     bool has_static_ip = false;
     bool is_up = false;
-    int speed_mbit = -1;  // -1: unknown or no link
+    int speed_mbit = -1;  // -1: no link
 };
 
 // At most eight ports, in the order of their numbers.

@@ -29,6 +29,7 @@ int RunManager(int role, const std::string &peer, const std::string &chassis) {
     stop.sa_handler = [](int) { stop_asked = 1; };
     sigaction(SIGTERM, &stop, nullptr);
     sigaction(SIGINT, &stop, nullptr);
+    signal(SIGCHLD, SIG_IGN);  // nobody waits for a builder of snapshots
     if (!CheckQueueLimits()) return 1;
     Manager(role, peer == "in-process" ? MakeInProcessPeer(chassis) : MakeLonePeer(), chassis)
         .Run(stop_asked);

@@ -11,6 +11,9 @@
 namespace {
 
 constexpr size_t kFailedHardwareSize = 32;
+constexpr char kBooted[] = "3";
+constexpr char kRemoteBootDone[] = "1";
+constexpr char kRemoteNotBooted[] = "0";
 constexpr char kRunning[] = "1";  // state 1, no transition
 
 std::string YesNo(bool value) {
@@ -53,6 +56,7 @@ void StatusPublisher::PublishNode() {
     Set(ZOR_HOST_LOCAL, ZOR_STATUS_ROLE, std::to_string(role_));
     Set(ZOR_HOST_CLUSTER, ZOR_STATUS_RUNTIME_STATUS, kRunning);
     Set(ZOR_HOST_LOCAL, ZOR_STATUS_HOST_VERSION, ReadSystemVersion());
+    Set(ZOR_HOST_LOCAL, ZOR_STATUS_BOOT_STAGE, kBooted);
     Set(ZOR_HOST_LOCAL, ZOR_STATUS_IS_HWEVD_READY, "no");
 }
 
@@ -61,6 +65,8 @@ void StatusPublisher::PublishPeer() {
     Set(ZOR_HOST_LOCAL, ZOR_STATUS_IS_REMOTE_ALIVE_BY_EXPANDER_HB,
         YesNo(peer_.IsAliveByExpander()));
     Set(ZOR_HOST_LOCAL, ZOR_STATUS_IS_REMOTE_HANDLER_READY, YesNo(peer_.IsHandlerReady()));
+    Set(ZOR_HOST_LOCAL, ZOR_STATUS_REMOTE_BOOT_DONE_STATUS,
+        peer_.IsHandlerReady() ? kRemoteBootDone : kRemoteNotBooted);
 }
 
 void StatusPublisher::PublishInterfaces() {

@@ -200,11 +200,14 @@ TEST_F(ZorCtlAction, ForwardedItemsReachThePeer) {
 }
 
 TEST_F(ZorCtlAction, FlagFilesStopTheNode) {
-    for (const auto &[verb, text] :
-         {std::pair<const char *, const char *>{"reboot", "restart"}, {"off", "power off"}}) {
+    struct Row {
+        const char *verb;
+        const char *text;
+    };
+    for (const Row &row : {Row{"reboot", "is to restart"}, Row{"off", "is to power off"}}) {
         StartManager("2");
-        EXPECT_EQ(Run({"power", verb, "--yes"}).exit_code, 0);
-        EXPECT_TRUE(WaitFor([&] { return ManagerSays(std::string("is to ") + text); }));
+        EXPECT_EQ(Run({"power", row.verb, "--yes"}).exit_code, 0);
+        EXPECT_TRUE(WaitFor([&] { return ManagerSays(row.text); }));
         EXPECT_TRUE(WaitFor([] { return !Exists(kRuntimeFolder); }));
         manager_.reset();
     }

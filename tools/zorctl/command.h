@@ -28,6 +28,10 @@ void AddUpgradeCommand(CLI::App &app, CommandContext &context);
 void AddBiosCommand(CLI::App &app, CommandContext &context);
 void AddPowerCommand(CLI::App &app, CommandContext &context);
 void AddForwardCommand(CLI::App &app, CommandContext &context);
+void AddClusterCommands(CLI::App &app, CommandContext &context);
+void AddNetworkCommand(CLI::App &app, CommandContext &context);
+void AddMonitorCommand(CLI::App &app, CommandContext &context);
+void AddEnclosuresCommands(CLI::App &app, CommandContext &context);
 void AddDoctorCommand(CLI::App &app, CommandContext &context);
 
 // Adds the flag that every reading verb has.

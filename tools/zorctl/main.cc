@@ -32,6 +32,10 @@ int main(int argc, char **argv) {
     AddBiosCommand(app, context);
     AddPowerCommand(app, context);
     AddForwardCommand(app, context);
+    AddClusterCommands(app, context);
+    AddNetworkCommand(app, context);
+    AddMonitorCommand(app, context);
+    AddEnclosuresCommands(app, context);
     AddDoctorCommand(app, context);
     try {
         app.parse(argc, argv);
