@@ -13,9 +13,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <initializer_list>
 
 #include "node_setup.h"
 #include "zor_core.h"
+#include "zor_webapi_core.h"
 
 namespace floors {
 
@@ -55,6 +57,31 @@ size_t ReadFile(const char *path, char *buffer, size_t size) {
     close(fd);
     if (count < 0) Fail(path);
     return static_cast<size_t>(count);
+}
+
+// To the end of the section, line by line.
+const char *FindSectionEnd(const char *text, size_t size, const char *header) {
+    const size_t length = strlen(header);
+    const char *const end = text + size;
+    bool is_found = false;
+    for (const char *at = text; at < end;) {
+        const auto *newline =
+            static_cast<const char *>(memchr(at, '\n', static_cast<size_t>(end - at)));
+        if (!newline) break;
+        if (*at == '[') {
+            if (is_found) return at;
+            is_found = memcmp(at, header, length) == 0;
+        }
+        at = newline + 1;
+    }
+    if (!is_found) Fail(header);
+    return end;
+}
+
+void ReadSection(const char *header) {
+    char text[16384];
+    const size_t size = ReadFile(kHardwareFile, text, sizeof text);
+    sink = static_cast<size_t>(FindSectionEnd(text, size, header) - text);
 }
 
 int CreateTemporary() {
@@ -135,13 +162,44 @@ void ReadInterfaceLists() {
 }
 
 void ReadEnclosureLists(int enclosures) {
-    char text[16384];
     const int lock = open(kHardwareLock, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     flock(lock, LOCK_EX | LOCK_NB);
-    for (int section = 0; section < 2 * (1 + enclosures); ++section)
-        sink = ReadFile(kHardwareFile, text, sizeof text);
+    for (const char *host : {"[LOCAL_HOST]", "[REMOTE_HOST]"}) {
+        ReadSection(host);
+        for (int number = 0; number < enclosures; ++number) {
+            char header[] = "[ENCLOSURE_ENCLOSURE2140QLN000010]";
+            header[sizeof header - 4] = static_cast<char>('1' + number / 10);
+            header[sizeof header - 3] = static_cast<char>('0' + number % 10);
+            ReadSection(header);
+        }
+    }
     flock(lock, LOCK_UN);
     close(lock);
+}
+
+void ReadSnapshot() {
+    static ZORUIInfo info;
+    struct stat status;
+    if (lstat(kSnapshotFile, &status) != 0) Fail(kSnapshotFile);
+    sink = ReadFile(kSnapshotFile, reinterpret_cast<char *>(&info), sizeof info);
+}
+
+void WriteSnapshot() {
+    static const ZORUIInfo info = {};
+    struct stat status;
+    sink = static_cast<size_t>(lstat(kSnapshotTemporary, &status));
+    const int fd = open(kSnapshotTemporary, O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+    if (write(fd, &info, sizeof info) != sizeof info) Fail("write");
+    if (rename(kSnapshotTemporary, kSnapshotFile) != 0) Fail("rename");
+    close(fd);
+}
+
+void BuildSnapshot() {
+    constexpr int kEntries = 15;
+    char text[16384];
+    for (int entry = 0; entry < kEntries; ++entry) sink = ReadFile(kStatusFile, text, sizeof text);
+    ReadSetting();
+    WriteSnapshot();
 }
 
 void SendRequest() {

@@ -23,8 +23,19 @@ void ReadSetting();
 // The five status entries and the one setting of the interface record.
 void ReadInterfaceLists();
 
-// Lock, an open, read and close for each host and each of its enclosures, unlock.
+// Lock, an open, read, close and scan of the lines for each host and each of its
+// enclosures, unlock.
 void ReadEnclosureLists(int enclosures);
+
+// lstat, open, read, close of the cluster's snapshot.
+void ReadSnapshot();
+
+// lstat, open, write, rename, close of it.
+void WriteSnapshot();
+
+// What the snapshot is built from, read, and the snapshot written: fifteen
+// entries of the status file and one setting under its lock.
+void BuildSnapshot();
 
 // All the calls of a request and its answer, with the manager's two.
 void SendRequest();

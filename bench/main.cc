@@ -15,10 +15,12 @@
 #include "node_setup.h"
 #include "paired_loop.h"
 #include "section_lock.h"
+#include "webapi/ui_cache.h"
 #include "zor_conf.h"
 #include "zor_core.h"
 #include "zor_hwinfo_core.h"
 #include "zor_status.h"
+#include "zor_webapi_core.h"
 
 namespace {
 
@@ -149,6 +151,20 @@ void ReadEnclosuresByBaseLibrary() {
     close(lock);
 }
 
+void ReadSnapshotByLibrary() {
+    static ZORUIInfo info;
+    Expect(readObject(kSnapshotFile, &info, sizeof info) == 1, "snapshot");
+}
+
+void WriteSnapshotByLibrary() {
+    static const ZORUIInfo info = {};
+    Expect(writeObject(kSnapshotFile, &info, sizeof info) == 0, "snapshot");
+}
+
+void BuildSnapshotByLibrary() {
+    Expect(ZORUIGetZORInfo() == 0, "cluster snapshot");
+}
+
 void RequestByLibrary() {
     ZORMgrRequest request = {};
     request.commandId = 1000;
@@ -233,6 +249,20 @@ void MeasureHardware() {
     PrintCount("   system calls", CountCalls(ReadEnclosuresByLibrary, false).system_calls, "");
 }
 
+void MeasureSnapshots() {
+    WriteSnapshotByLibrary();
+    // Read for less than the seconds that it stays fresh.
+    PrintRatio("S  read a snapshot / floor",
+               TimePaired(ReadSnapshotByLibrary, floors::ReadSnapshot, kRounds, 50), "<= 1.05");
+    PrintCount("   system calls", CountCalls(ReadSnapshotByLibrary, false).system_calls, "4");
+    PrintRatio("SW write a snapshot / floor",
+               TimePaired(WriteSnapshotByLibrary, floors::WriteSnapshot, kRounds, 50), "<= 1.05");
+    PrintCount("   system calls", CountCalls(WriteSnapshotByLibrary, false).system_calls, "5");
+    PrintRatio("B  build the cluster snapshot / floors",
+               TimePaired(BuildSnapshotByLibrary, floors::BuildSnapshot, kRounds, 20), "<= 1.25");
+    PrintCount("   system calls", CountCalls(BuildSnapshotByLibrary, false).system_calls, "");
+}
+
 void MeasureRequest() {
     StartManagerHop();
     PrintRatio("Q  one request and its answer / floor",
@@ -249,5 +279,6 @@ int main() {
     MeasureWrite();
     MeasureConf();
     MeasureHardware();
+    MeasureSnapshots();
     MeasureRequest();
 }

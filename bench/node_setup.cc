@@ -36,7 +36,7 @@ void SetUpNode() {
         fprintf(stderr, "kevazor_bench: run me in a private node: scripts/bench\n");
         exit(2);
     }
-    fs::create_directories("/tmp/zor");
+    fs::create_directories("/tmp/zor/ui");
     std::ofstream(kKeyFile).flush();
     std::ofstream(kChangeFlag).flush();
     std::ofstream status(kStatusFile);
@@ -44,7 +44,10 @@ void SetUpNode() {
            << "local_if_has_static_ip=\"yes,no,yes\"\n"
            << "local_host_if_speed=\"1000,1000,1000,0:10000:10000\"\n"
            << "remote_host_if_speed=\"1000,1000,1000,10000,10000\"\n";
-    for (int number = 0; number < 37; ++number) {
+    status << "local_boot_stage=\"3\"\nis_remote_alive_by_net=\"yes\"\n"
+           << "is_remote_alive_by_expander_hb=\"yes\"\nis_remote_handler_ready=\"yes\"\n"
+           << "remote_boot_done_status=\"1\"\nhealthy_status=\"0\"\n";
+    for (int number = 0; number < 31; ++number) {
         if (number == 16) status << kEntry << "=\"10.0.0.1,10.0.0.2\"\n";
         status << "some_entry_of_the_status_" << number << "=\"" << std::string(28, 'v') << "\"\n";
     }

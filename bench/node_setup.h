@@ -14,6 +14,9 @@ constexpr char kSerialFile[] = "/proc/sys/kernel/keva_serial";
 // The entry that is read and written; it stands in the middle of the file.
 constexpr char kEntry[] = "local_host_IP";
 
+constexpr char kSnapshotFile[] = "/tmp/zor/ui/.bench.cache";
+constexpr char kSnapshotTemporary[] = "/tmp/zor/ui/.bench.floor.temp";
+
 constexpr char kHardwareFile[] = "/tmp/zor/hw_info";
 constexpr char kHardwareLock[] = "/tmp/zor/.zor.ha.hwinfo.lock";
 
