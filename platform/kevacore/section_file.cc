@@ -68,15 +68,15 @@ bool IsHeaderOf(std::string_view line, std::string_view name) {
 }
 
 bool FindSection(std::string_view text, std::string_view name, Section *section) {
-    for (size_t begin = NextHeader(text, 0); begin != std::string_view::npos;) {
+    for (size_t begin = NextHeader(text, 0); begin != std::string_view::npos;
+         begin = NextHeader(text, begin + 1)) {
+        if (!IsHeaderOf(text.substr(begin), name)) continue;
         const size_t body = LineEnd(text, begin);
+        if (body - begin < name.size()) continue;  // no name goes over a line
         const size_t next = NextHeader(text, body);
-        if (IsHeaderOf(text.substr(begin, body - begin), name)) {
-            const size_t end = next == std::string_view::npos ? text.size() : next;
-            *section = {{begin, end}, {body, end}};
-            return true;
-        }
-        begin = next;
+        const size_t end = next == std::string_view::npos ? text.size() : next;
+        *section = {{begin, end}, {body, end}};
+        return true;
     }
     return false;
 }

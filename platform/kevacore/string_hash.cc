@@ -49,21 +49,31 @@ void VLIBCSzHash::Set(std::string_view key, std::string_view value) {
         known->value_size = value.size();
         return;
     }
+    if (!known) {
+        Add(key, value);
+        return;
+    }
     // A value that grows gets twice its room, so that setting it again and again
     // does not fill the memory.
-    const std::string copy(known ? value : std::string_view());
-    Place place = {};
-    place.key = known ? known->key : Append(key);
-    place.key_size = key.size();
-    place.value = Append(known ? copy : value);
-    place.value_size = place.value_room = value.size();
-    if (known) {
-        text_.append(value.size(), '\0');
-        place.value_room *= 2;
-        *known = place;
+    const size_t place = Append(std::string(value));
+    text_.append(value.size(), '\0');
+    known->value = place;
+    known->value_size = value.size();
+    known->value_room = 2 * value.size();
+}
+
+// A line of a file has both, with a character between, and is copied at once.
+void VLIBCSzHash::Add(std::string_view key, std::string_view value) {
+    Place place = {0, key.size(), 0, value.size(), value.size()};
+    if (key.data() + key.size() + 1 == value.data()) {
+        place.key = Append({key.data(), key.size() + 1 + value.size()});
+        place.value = place.key + key.size() + 1;
+        text_[place.value - 1] = '\0';
     } else {
-        places_.push_back(place);
+        place.key = Append(key);
+        place.value = Append(value);
     }
+    places_.push_back(place);
 }
 
 void VLIBCSzHash::Clear() {

@@ -37,6 +37,7 @@ struct VLIBCSzHash {
         size_t value_room;  // what the value may grow to where it stands
     };
     Place *FindPlace(std::string_view key);
+    void Add(std::string_view key, std::string_view value);
     size_t Append(std::string_view text);
 
     std::string text_;

@@ -1,10 +1,11 @@
 #include "hwinfo/hardware_section.h"
 
-#include <cstdio>
+#include <cstring>
 
 #include "foundation/decimal.h"
 #include "foundation/log.h"
 #include "foundation/paths.h"
+#include "foundation/text.h"
 #include "zor_hwinfo_core.h"
 #include "zor_status.h"
 
@@ -12,6 +13,7 @@ namespace {
 
 constexpr char kLogModule[] = "zor_hwinfo_core";
 constexpr uint32_t kLongestNumber = 16;
+constexpr char kEnclosurePrefix[] = "ENCLOSURE_";
 
 }  // namespace
 
@@ -21,8 +23,11 @@ const char *HostSection(int32_t selector) {
     return nullptr;
 }
 
+// Without snprintf, which would cost more than the search for the section.
 EnclosureSection::EnclosureSection(const char *serial) {
-    snprintf(name_, sizeof name_, "ENCLOSURE_%s", serial);
+    constexpr size_t kPrefixLength = sizeof kEnclosurePrefix - 1;
+    memcpy(name_, kEnclosurePrefix, kPrefixLength);
+    CopyText(name_ + kPrefixLength, sizeof name_ - kPrefixLength, serial);
 }
 
 bool ReadSectionText(const char *section, const char *key, char *text, uint32_t size) {
