@@ -177,6 +177,16 @@ void ReadEnclosureLists(int enclosures) {
     close(lock);
 }
 
+void OpenEnclosureLists(int enclosures) {
+    char text[16384];
+    const int lock = open(kHardwareLock, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    flock(lock, LOCK_EX | LOCK_NB);
+    for (int section = 0; section < 2 * (1 + enclosures); ++section)
+        sink = ReadFile(kHardwareFile, text, sizeof text);
+    flock(lock, LOCK_UN);
+    close(lock);
+}
+
 void ReadSnapshot() {
     static ZORUIInfo info;
     struct stat status;

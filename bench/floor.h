@@ -27,6 +27,9 @@ void ReadInterfaceLists();
 // enclosures, unlock.
 void ReadEnclosureLists(int enclosures);
 
+// The same calls and no scan.
+void OpenEnclosureLists(int enclosures);
+
 // lstat, open, read, close of the cluster's snapshot.
 void ReadSnapshot();
 
