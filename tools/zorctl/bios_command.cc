@@ -46,42 +46,36 @@ int32_t End() {
 
 }  // namespace
 
-void AddBiosCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *bios = app.add_subcommand("bios", "the window in which the BIOS is flashed");
-    bios->require_subcommand(1);
+void AddBiosCommand(const Verb &app) {
+    const Verb bios = app.Add("bios", "the window in which the BIOS is flashed");
+    bios.NeedsVerb();
 
     const auto hold = std::make_shared<bool>(false);
-    CLI::App *start = bios->add_subcommand("start", "open the window");
-    start->add_flag("--hold", *hold, "keep the lock until a signal, and close the window then");
+    const Verb start = bios.Add("start", "open the window");
+    start.AddFlag("--hold", *hold, "keep the lock until a signal, and close the window then");
     const auto start_options = AddActionFlags(start);
-    start->callback([=, &context] {
-        context.action = [=] {
-            const ActionPlan plan = {"Opening the BIOS upgrade window",
-                                     {"raise the flag /tmp/zor/bios_upgrade",
-                                      "lengthen the expander heartbeat timers to 600 s",
-                                      "or, with /dual_glibc, have its cluster tool do so"},
-                                     {}};
-            return RunAction(plan, *start_options, [=] { return Start(*hold); });
-        };
+    start.Runs([=] {
+        const ActionPlan plan = {"Opening the BIOS upgrade window",
+                                 {"raise the flag /tmp/zor/bios_upgrade",
+                                  "lengthen the expander heartbeat timers to 600 s",
+                                  "or, with /dual_glibc, have its cluster tool do so"},
+                                 {}};
+        return RunAction(plan, *start_options, [=] { return Start(*hold); });
     });
 
-    CLI::App *end = bios->add_subcommand("end", "close the window");
+    const Verb end = bios.Add("end", "close the window");
     const auto end_options = AddActionFlags(end);
-    end->callback([=, &context] {
-        context.action = [=] {
-            const ActionPlan plan = {"Closing the BIOS upgrade window",
-                                     {"remove the flag /tmp/zor/bios_upgrade",
-                                      "or, with /dual_glibc, have its cluster tool do so"},
-                                     {}};
-            return RunAction(plan, *end_options, End);
-        };
+    end.Runs([=] {
+        const ActionPlan plan = {"Closing the BIOS upgrade window",
+                                 {"remove the flag /tmp/zor/bios_upgrade",
+                                  "or, with /dual_glibc, have its cluster tool do so"},
+                                 {}};
+        return RunAction(plan, *end_options, End);
     });
 
-    CLI::App *show = bios->add_subcommand("show", "say whether the window is open");
-    show->callback([&context] {
-        context.action = [] {
-            puts(ZORIsUpgradingBios() ? "open" : "closed");
-            return static_cast<int>(kExitSuccess);
-        };
+    const Verb show = bios.Add("show", "say whether the window is open");
+    show.Runs([] {
+        puts(ZORIsUpgradingBios() ? "open" : "closed");
+        return static_cast<int>(kExitSuccess);
     });
 }

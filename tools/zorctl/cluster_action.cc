@@ -55,10 +55,10 @@ int Finish(int32_t result, const ActionPlan &plan) {
 
 }  // namespace
 
-std::shared_ptr<ActionOptions> AddActionFlags(CLI::App *verb) {
+std::shared_ptr<ActionOptions> AddActionFlags(const Verb &verb) {
     const auto options = std::make_shared<ActionOptions>();
-    verb->add_flag("--yes", options->yes, "do not ask");
-    verb->add_flag("--dry-run", options->dry_run, "say what would be done, and do nothing");
+    verb.AddFlag("--yes", options->yes, "do not ask");
+    verb.AddFlag("--dry-run", options->dry_run, "say what would be done, and do nothing");
     return options;
 }
 

@@ -2,12 +2,13 @@
 // confirmed before they are done.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "command_line.h"
 
 struct PlannedRequest {
     uint32_t command;
@@ -29,7 +30,7 @@ struct ActionOptions {
 };
 
 // Adds --yes and --dry-run.
-std::shared_ptr<ActionOptions> AddActionFlags(CLI::App *verb);
+std::shared_ptr<ActionOptions> AddActionFlags(const Verb &verb);
 
 // Shows the plan, or confirms and runs the action. Returns the exit code.
 int RunAction(const ActionPlan &plan, const ActionOptions &options,

@@ -95,20 +95,17 @@ int Watch(int seconds) {
 
 }  // namespace
 
-void AddClusterCommands(CLI::App &app, CommandContext &context) {
-    CLI::App *cluster = app.add_subcommand("cluster", "the state of the cluster in plain words");
-    AddJsonFlag(cluster, context);
-    cluster->callback(
-        [&context] { context.action = [&context] { return ShowCluster(context.json); }; });
+void AddClusterCommands(const Verb &app) {
+    const Verb cluster = app.Add("cluster", "the state of the cluster in plain words");
+    cluster.AddJsonFlag();
+    cluster.Runs([=] { return ShowCluster(cluster.PrintsJson()); });
 
-    CLI::App *nodes = app.add_subcommand("nodes", "the cards of both nodes");
-    AddJsonFlag(nodes, context);
-    nodes->callback(
-        [&context] { context.action = [&context] { return ShowNodes(context.json); }; });
+    const Verb nodes = app.Add("nodes", "the cards of both nodes");
+    nodes.AddJsonFlag();
+    nodes.Runs([=] { return ShowNodes(nodes.PrintsJson()); });
 
     const auto seconds = std::make_shared<int>(0);
-    CLI::App *watch = app.add_subcommand("watch", "the cluster's page, drawn again each second");
-    watch->add_option("--seconds", *seconds, "stop after so many seconds; 0: never")
-        ->capture_default_str();
-    watch->callback([=, &context] { context.action = [=] { return Watch(*seconds); }; });
+    const Verb watch = app.Add("watch", "the cluster's page, drawn again each second");
+    watch.AddOption("--seconds", *seconds, "stop after so many seconds; 0: never").ShowsDefault();
+    watch.Runs([=] { return Watch(*seconds); });
 }

@@ -1,40 +1,28 @@
-// The verbs of zorctl. Each file adds its own to the command line; the one that
-// was asked for leaves its action in the context.
+// The verbs of zorctl. Each file adds its own to the command line.
 #pragma once
 
-#include <CLI/CLI.hpp>
-#include <functional>
+#include "command_line.h"
 
-struct CommandContext {
-    bool json = false;
-    std::function<int()> action;  // returns the exit code
-};
-
-void AddStatusCommand(CLI::App &app, CommandContext &context);
-void AddEntryCommands(CLI::App &app, CommandContext &context);
-void AddSyncCommand(CLI::App &app, CommandContext &context);
-void AddRequestCommand(CLI::App &app, CommandContext &context);
-void AddQueueCommand(CLI::App &app, CommandContext &context);
-void AddLockCommand(CLI::App &app, CommandContext &context);
-void AddConfCommand(CLI::App &app, CommandContext &context);
-void AddIdentityCommands(CLI::App &app, CommandContext &context);
-void AddInterfacesCommand(CLI::App &app, CommandContext &context);
-void AddServicesCommand(CLI::App &app, CommandContext &context);
-void AddConstraintsCommand(CLI::App &app, CommandContext &context);
-void AddDisksCommand(CLI::App &app, CommandContext &context);
-void AddHardwareCommand(CLI::App &app, CommandContext &context);
-void AddHealthCommand(CLI::App &app, CommandContext &context);
-void AddUpgradeCommand(CLI::App &app, CommandContext &context);
-void AddBiosCommand(CLI::App &app, CommandContext &context);
-void AddPowerCommand(CLI::App &app, CommandContext &context);
-void AddForwardCommand(CLI::App &app, CommandContext &context);
-void AddClusterCommands(CLI::App &app, CommandContext &context);
-void AddNetworkCommand(CLI::App &app, CommandContext &context);
-void AddMonitorCommand(CLI::App &app, CommandContext &context);
-void AddEnclosuresCommands(CLI::App &app, CommandContext &context);
-void AddDoctorCommand(CLI::App &app, CommandContext &context);
-
-// Adds the flag that every reading verb has.
-inline void AddJsonFlag(CLI::App *verb, CommandContext &context) {
-    verb->add_flag("--json", context.json, "print JSON");
-}
+void AddStatusCommand(const Verb &app);
+void AddEntryCommands(const Verb &app);
+void AddSyncCommand(const Verb &app);
+void AddRequestCommand(const Verb &app);
+void AddQueueCommand(const Verb &app);
+void AddLockCommand(const Verb &app);
+void AddConfCommand(const Verb &app);
+void AddIdentityCommands(const Verb &app);
+void AddInterfacesCommand(const Verb &app);
+void AddServicesCommand(const Verb &app);
+void AddConstraintsCommand(const Verb &app);
+void AddDisksCommand(const Verb &app);
+void AddHardwareCommand(const Verb &app);
+void AddHealthCommand(const Verb &app);
+void AddUpgradeCommand(const Verb &app);
+void AddBiosCommand(const Verb &app);
+void AddPowerCommand(const Verb &app);
+void AddForwardCommand(const Verb &app);
+void AddClusterCommands(const Verb &app);
+void AddNetworkCommand(const Verb &app);
+void AddMonitorCommand(const Verb &app);
+void AddEnclosuresCommands(const Verb &app);
+void AddDoctorCommand(const Verb &app);

@@ -101,28 +101,24 @@ struct ConfArguments {
 
 }  // namespace
 
-void AddConfCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *conf = app.add_subcommand("conf", "the cluster's configuration");
-    conf->require_subcommand(1);
+void AddConfCommand(const Verb &app) {
+    const Verb conf = app.Add("conf", "the cluster's configuration");
+    conf.NeedsVerb();
     const auto arguments = std::make_shared<ConfArguments>();
 
-    CLI::App *list = conf->add_subcommand("list", "all settings");
-    AddJsonFlag(list, context);
-    list->callback([&context] { context.action = [&context] { return List(context.json); }; });
+    const Verb list = conf.Add("list", "all settings");
+    list.AddJsonFlag();
+    list.Runs([=] { return List(list.PrintsJson()); });
 
-    CLI::App *get = conf->add_subcommand("get", "print a setting");
-    get->add_option("setting", arguments->name, "its name")->required()->check(CheckSetting);
-    AddJsonFlag(get, context);
-    get->callback([=, &context] {
-        context.action = [=, &context] { return Get(arguments->name, context.json); };
-    });
+    const Verb get = conf.Add("get", "print a setting");
+    get.AddOption("setting", arguments->name, "its name").Required().CheckedBy(CheckSetting);
+    get.AddJsonFlag();
+    get.Runs([=] { return Get(arguments->name, get.PrintsJson()); });
 
-    CLI::App *set = conf->add_subcommand("set", "change a setting, on the active node");
-    set->add_option("setting", arguments->name, "its name")->required()->check(CheckSetting);
-    set->add_option("value", arguments->value, "the new value, may be empty")->required();
-    set->callback(
-        [=, &context] { context.action = [=] { return Set(arguments->name, arguments->value); }; });
+    const Verb set = conf.Add("set", "change a setting, on the active node");
+    set.AddOption("setting", arguments->name, "its name").Required().CheckedBy(CheckSetting);
+    set.AddOption("value", arguments->value, "the new value, may be empty").Required();
+    set.Runs([=] { return Set(arguments->name, arguments->value); });
 
-    conf->add_subcommand("cache", "rebuild the cache of the cluster's identity")
-        ->callback([&context] { context.action = Cache; });
+    conf.Add("cache", "rebuild the cache of the cluster's identity").Runs(Cache);
 }

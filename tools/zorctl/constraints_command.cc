@@ -78,35 +78,29 @@ struct ConstraintArguments {
 
 }  // namespace
 
-void AddConstraintsCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *constraints = app.add_subcommand("constraints", "what is recorded about failovers");
-    constraints->require_subcommand(1);
+void AddConstraintsCommand(const Verb &app) {
+    const Verb constraints = app.Add("constraints", "what is recorded about failovers");
+    constraints.NeedsVerb();
     const auto arguments = std::make_shared<ConstraintArguments>();
-    const auto add_place = [arguments](CLI::App *verb) {
-        verb->add_option("node", arguments->node, "local or remote")
-            ->required()
-            ->check(CLI::IsMember({"local", "remote"}));
-        verb->add_option("kind", arguments->kind, "failed-services or failover-from")
-            ->required()
-            ->check(CLI::IsMember({"failed-services", "failover-from"}));
+    const auto add_place = [arguments](const Verb &verb) {
+        verb.AddOption("node", arguments->node, "local or remote")
+            .Required()
+            .OneOf({"local", "remote"});
+        verb.AddOption("kind", arguments->kind, "failed-services or failover-from")
+            .Required()
+            .OneOf({"failed-services", "failover-from"});
     };
 
-    CLI::App *list = constraints->add_subcommand("list", "all constraints");
-    AddJsonFlag(list, context);
-    list->callback([&context] { context.action = [&context] { return List(context.json); }; });
+    const Verb list = constraints.Add("list", "all constraints");
+    list.AddJsonFlag();
+    list.Runs([=] { return List(list.PrintsJson()); });
 
-    CLI::App *set = constraints->add_subcommand("set", "record a constraint");
+    const Verb set = constraints.Add("set", "record a constraint");
     add_place(set);
-    set->add_option("value", arguments->value, "its text")->required();
-    set->callback([=, &context] {
-        context.action = [=] {
-            return Set(Find(arguments->node, arguments->kind), arguments->value);
-        };
-    });
+    set.AddOption("value", arguments->value, "its text").Required();
+    set.Runs([=] { return Set(Find(arguments->node, arguments->kind), arguments->value); });
 
-    CLI::App *clear = constraints->add_subcommand("clear", "remove a constraint");
+    const Verb clear = constraints.Add("clear", "remove a constraint");
     add_place(clear);
-    clear->callback([=, &context] {
-        context.action = [=] { return Clear(Find(arguments->node, arguments->kind)); };
-    });
+    clear.Runs([=] { return Clear(Find(arguments->node, arguments->kind)); });
 }

@@ -52,15 +52,15 @@ int Set(const std::vector<std::string> &names) {
 
 }  // namespace
 
-void AddDisksCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *disks = app.add_subcommand("disks", "the disks that hold the system");
-    disks->require_subcommand(1);
-    CLI::App *list = disks->add_subcommand("list", "their names");
-    AddJsonFlag(list, context);
-    list->callback([&context] { context.action = [&context] { return List(context.json); }; });
+void AddDisksCommand(const Verb &app) {
+    const Verb disks = app.Add("disks", "the disks that hold the system");
+    disks.NeedsVerb();
+    const Verb list = disks.Add("list", "their names");
+    list.AddJsonFlag();
+    list.Runs([=] { return List(list.PrintsJson()); });
 
     const auto names = std::make_shared<std::vector<std::string>>();
-    CLI::App *set = disks->add_subcommand("set", "store their names");
-    set->add_option("disk", *names, "names of disks")->required();
-    set->callback([=, &context] { context.action = [=] { return Set(*names); }; });
+    const Verb set = disks.Add("set", "store their names");
+    set.AddOption("disk", *names, "names of disks").Required();
+    set.Runs([=] { return Set(*names); });
 }

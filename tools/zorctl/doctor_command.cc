@@ -43,8 +43,8 @@ int Examine(bool json) {
 
 }  // namespace
 
-void AddDoctorCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *doctor = app.add_subcommand("doctor", "find out why this node does not work");
-    AddJsonFlag(doctor, context);
-    doctor->callback([&context] { context.action = [&context] { return Examine(context.json); }; });
+void AddDoctorCommand(const Verb &app) {
+    const Verb doctor = app.Add("doctor", "find out why this node does not work");
+    doctor.AddJsonFlag();
+    doctor.Runs([=] { return Examine(doctor.PrintsJson()); });
 }

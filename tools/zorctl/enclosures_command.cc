@@ -109,21 +109,18 @@ int CheckHalt(const std::string &node, bool publish, bool json) {
 
 }  // namespace
 
-void AddEnclosuresCommands(CLI::App &app, CommandContext &context) {
-    CLI::App *enclosures = app.add_subcommand("enclosures", "the picture of the enclosures");
-    AddJsonFlag(enclosures, context);
-    enclosures->callback(
-        [&context] { context.action = [&context] { return ShowEnclosures(context.json); }; });
+void AddEnclosuresCommands(const Verb &app) {
+    const Verb enclosures = app.Add("enclosures", "the picture of the enclosures");
+    enclosures.AddJsonFlag();
+    enclosures.Runs([=] { return ShowEnclosures(enclosures.PrintsJson()); });
 
     const auto node = std::make_shared<std::string>("both");
     const auto publish = std::make_shared<bool>(false);
-    CLI::App *halt = app.add_subcommand("halt-check", "what keeps nodes from halting");
-    halt->add_option("--node", *node, "local, remote or both")
-        ->check(CLI::IsMember({"local", "remote", "both"}))
-        ->capture_default_str();
-    halt->add_flag("--publish", *publish, "store the answer in ha.status");
-    AddJsonFlag(halt, context);
-    halt->callback([=, &context] {
-        context.action = [=, &context] { return CheckHalt(*node, *publish, context.json); };
-    });
+    const Verb halt = app.Add("halt-check", "what keeps nodes from halting");
+    halt.AddOption("--node", *node, "local, remote or both")
+        .OneOf({"local", "remote", "both"})
+        .ShowsDefault();
+    halt.AddFlag("--publish", *publish, "store the answer in ha.status");
+    halt.AddJsonFlag();
+    halt.Runs([=] { return CheckHalt(*node, *publish, halt.PrintsJson()); });
 }

@@ -70,32 +70,29 @@ int Remove(const std::string &name) {
 
 }  // namespace
 
-void AddEntryCommands(CLI::App &app, CommandContext &context) {
+void AddEntryCommands(const Verb &app) {
     const auto arguments = std::make_shared<EntryArguments>();
 
-    CLI::App *get = app.add_subcommand("get", "print an entry of ha.status");
+    const Verb get = app.Add("get", "print an entry of ha.status");
     const auto remove = std::make_shared<bool>(false);
     const auto list = std::make_shared<bool>(false);
-    CLI::Option *name =
-        get->add_option("entry", arguments->name, "its name, for example local_role")
-            ->check(CheckEntryName);
-    get->add_flag("--remove", *remove, "and remove it in the same step");
-    get->add_flag("--list", *list, "print the names of all entries")->excludes(name);
-    AddJsonFlag(get, context);
-    get->callback([=, &context] {
-        if (!*list && arguments->name.empty()) throw CLI::RequiredError("entry");
-        context.action = [=, &context] {
-            return *list ? List() : Get(arguments->name, *remove, context.json);
-        };
+    const Option name = get.AddOption("entry", arguments->name, "its name, for example local_role")
+                            .CheckedBy(CheckEntryName);
+    get.AddFlag("--remove", *remove, "and remove it in the same step");
+    get.AddFlag("--list", *list, "print the names of all entries").Excludes(name);
+    get.AddJsonFlag();
+    get.Runs([=] {
+        if (*list) return List();
+        if (arguments->name.empty()) throw MissingArgument{"entry"};
+        return Get(arguments->name, *remove, get.PrintsJson());
     });
 
-    CLI::App *set = app.add_subcommand("set", "set an entry of ha.status");
-    set->add_option("entry", arguments->name, "its name")->required()->check(CheckEntryName);
-    set->add_option("value", arguments->value, "the new value, may be empty")->required();
-    set->callback(
-        [=, &context] { context.action = [=] { return Set(arguments->name, arguments->value); }; });
+    const Verb set = app.Add("set", "set an entry of ha.status");
+    set.AddOption("entry", arguments->name, "its name").Required().CheckedBy(CheckEntryName);
+    set.AddOption("value", arguments->value, "the new value, may be empty").Required();
+    set.Runs([=] { return Set(arguments->name, arguments->value); });
 
-    CLI::App *rm = app.add_subcommand("rm", "remove an entry of ha.status");
-    rm->add_option("entry", arguments->name, "its name")->required()->check(CheckEntryName);
-    rm->callback([=, &context] { context.action = [=] { return Remove(arguments->name); }; });
+    const Verb rm = app.Add("rm", "remove an entry of ha.status");
+    rm.AddOption("entry", arguments->name, "its name").Required().CheckedBy(CheckEntryName);
+    rm.Runs([=] { return Remove(arguments->name); });
 }

@@ -68,16 +68,14 @@ int Forward(const ForwardVerb &verb, const std::string &path, const ActionOption
 
 }  // namespace
 
-void AddForwardCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *forward = app.add_subcommand("forward", "send something to the remote node");
-    forward->require_subcommand(1);
+void AddForwardCommand(const Verb &app) {
+    const Verb forward = app.Add("forward", "send something to the remote node");
+    forward.NeedsVerb();
     const auto path = std::make_shared<std::string>();
     for (const ForwardVerb &row : kForwardVerbs) {
-        CLI::App *verb = forward->add_subcommand(row.name, row.description);
-        if (row.most > 0) verb->add_option("file", *path, "its content")->required();
+        const Verb verb = forward.Add(row.name, row.description);
+        if (row.most > 0) verb.AddOption("file", *path, "its content").Required();
         const auto options = AddActionFlags(verb);
-        verb->callback([=, &context, &row] {
-            context.action = [=, &row] { return Forward(row, *path, *options); };
-        });
+        verb.Runs([=, &row] { return Forward(row, *path, *options); });
     }
 }

@@ -97,31 +97,21 @@ int Show(const std::string &name, bool json) {
 
 }  // namespace
 
-void AddHardwareCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *hardware =
-        app.add_subcommand("hardware", "hosts, enclosures, fans, power supplies, disks");
-    hardware->require_subcommand(0, 1);
-    AddJsonFlag(hardware, context);
-    hardware->footer("Example: zorctl hardware fans --json; without a part, all of them");
-    hardware->callback([=, &context] {
-        if (hardware->get_subcommands().empty())
-            context.action = [=, &context] { return Show("", context.json); };
-    });
+void AddHardwareCommand(const Verb &app) {
+    const Verb hardware = app.Add("hardware", "hosts, enclosures, fans, power supplies, disks");
+    hardware.AddJsonFlag();
+    hardware.AddFooter("Example: zorctl hardware fans --json; without a part, all of them");
+    hardware.Runs([=] { return Show("", hardware.PrintsJson()); });
     for (size_t index = 0; index < kHardwarePartCount; ++index) {
         const HardwarePart &part = kHardwareParts[index];
-        CLI::App *verb = hardware->add_subcommand(part.name, part.description);
-        AddJsonFlag(verb, context);
-        verb->callback([&part, &context] {
-            context.action = [&part, &context] { return Show(part.name, context.json); };
-        });
+        const Verb verb = hardware.Add(part.name, part.description);
+        verb.AddJsonFlag();
+        verb.Runs([=, &part] { return Show(part.name, verb.PrintsJson()); });
     }
 
     const auto seconds = std::make_shared<int>(0);
-    CLI::App *watch = hardware->add_subcommand("watch", "say what changes, until Ctrl-C");
-    watch->add_option("--seconds", *seconds, "stop after so many seconds; 0: never")
-        ->capture_default_str();
-    AddJsonFlag(watch, context);
-    watch->callback([=, &context] {
-        context.action = [=, &context] { return WatchHardware(*seconds, context.json); };
-    });
+    const Verb watch = hardware.Add("watch", "say what changes, until Ctrl-C");
+    watch.AddOption("--seconds", *seconds, "stop after so many seconds; 0: never").ShowsDefault();
+    watch.AddJsonFlag();
+    watch.Runs([=] { return WatchHardware(*seconds, watch.PrintsJson()); });
 }

@@ -106,15 +106,14 @@ int Show(const HealthOptions &options, bool json) {
 
 }  // namespace
 
-void AddHealthCommand(CLI::App &app, CommandContext &context) {
+void AddHealthCommand(const Verb &app) {
     const auto options = std::make_shared<HealthOptions>();
-    CLI::App *health = app.add_subcommand("health", "the node's health, bit by bit");
-    health->add_flag("--refresh", options->refresh, "have the manager compute it anew first");
-    health->add_flag("--check", options->check,
-                     "one line and the exit codes of monitoring plugins: 0 OK, 1 warning, 2 "
-                     "critical, 3 unknown");
-    AddJsonFlag(health, context);
-    health->footer("Example: zorctl health --refresh");
-    health->callback(
-        [=, &context] { context.action = [=, &context] { return Show(*options, context.json); }; });
+    const Verb health = app.Add("health", "the node's health, bit by bit");
+    health.AddFlag("--refresh", options->refresh, "have the manager compute it anew first");
+    health.AddFlag("--check", options->check,
+                   "one line and the exit codes of monitoring plugins: 0 OK, 1 warning, 2 "
+                   "critical, 3 unknown");
+    health.AddJsonFlag();
+    health.AddFooter("Example: zorctl health --refresh");
+    health.Runs([=] { return Show(*options, health.PrintsJson()); });
 }

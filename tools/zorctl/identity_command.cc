@@ -77,14 +77,12 @@ int Macs(bool json) {
 
 }  // namespace
 
-void AddIdentityCommands(CLI::App &app, CommandContext &context) {
-    CLI::App *serials =
-        app.add_subcommand("serials", "serial numbers of the cluster and its nodes");
-    AddJsonFlag(serials, context);
-    serials->callback(
-        [&context] { context.action = [&context] { return Serials(context.json); }; });
+void AddIdentityCommands(const Verb &app) {
+    const Verb serials = app.Add("serials", "serial numbers of the cluster and its nodes");
+    serials.AddJsonFlag();
+    serials.Runs([=] { return Serials(serials.PrintsJson()); });
 
-    CLI::App *macs = app.add_subcommand("macs", "MAC addresses of the cluster");
-    AddJsonFlag(macs, context);
-    macs->callback([&context] { context.action = [&context] { return Macs(context.json); }; });
+    const Verb macs = app.Add("macs", "MAC addresses of the cluster");
+    macs.AddJsonFlag();
+    macs.Runs([=] { return Macs(macs.PrintsJson()); });
 }

@@ -86,9 +86,8 @@ int Show(bool json) {
 
 }  // namespace
 
-void AddInterfacesCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *interfaces = app.add_subcommand("interfaces", "ports, bonds and the heartbeat link");
-    AddJsonFlag(interfaces, context);
-    interfaces->callback(
-        [&context] { context.action = [&context] { return Show(context.json); }; });
+void AddInterfacesCommand(const Verb &app) {
+    const Verb interfaces = app.Add("interfaces", "ports, bonds and the heartbeat link");
+    interfaces.AddJsonFlag();
+    interfaces.Runs([=] { return Show(interfaces.PrintsJson()); });
 }

@@ -93,38 +93,32 @@ struct LockArguments {
 
 }  // namespace
 
-void AddLockCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *lock = app.add_subcommand("lock", "the resource locks");
-    lock->require_subcommand(1);
+void AddLockCommand(const Verb &app) {
+    const Verb lock = app.Add("lock", "the resource locks");
+    lock.NeedsVerb();
     const auto arguments = std::make_shared<LockArguments>();
     const auto add_verb = [&](const char *name, const char *description) {
-        CLI::App *verb = lock->add_subcommand(name, description);
-        verb->add_option("lock", arguments->lock, "name or number of the lock")
-            ->required()
-            ->check(CheckLock);
+        const Verb verb = lock.Add(name, description);
+        verb.AddOption("lock", arguments->lock, "name or number of the lock")
+            .Required()
+            .CheckedBy(CheckLock);
         return verb;
     };
 
-    CLI::App *list = lock->add_subcommand("list", "all locks and who holds them");
-    AddJsonFlag(list, context);
-    list->callback([&context] { context.action = [&context] { return List(context.json); }; });
+    const Verb list = lock.Add("list", "all locks and who holds them");
+    list.AddJsonFlag();
+    list.Runs([=] { return List(list.PrintsJson()); });
 
-    CLI::App *attempt = add_verb("try", "take a lock and release it");
-    attempt->add_option("--retries", arguments->retries, "seconds to try for");
-    attempt->callback([=, &context] {
-        context.action = [=] { return Try(*ParseLock(arguments->lock), arguments->retries); };
-    });
+    const Verb attempt = add_verb("try", "take a lock and release it");
+    attempt.AddOption("--retries", arguments->retries, "seconds to try for");
+    attempt.Runs([=] { return Try(*ParseLock(arguments->lock), arguments->retries); });
 
-    CLI::App *hold = add_verb("hold", "take a lock and keep it");
-    hold->add_option("--retries", arguments->retries, "seconds to try for");
-    hold->add_option("--seconds", arguments->seconds, "how long to keep it")->capture_default_str();
-    hold->callback([=, &context] {
-        context.action = [=] {
-            return Hold(*ParseLock(arguments->lock), arguments->retries, arguments->seconds);
-        };
-    });
+    const Verb hold = add_verb("hold", "take a lock and keep it");
+    hold.AddOption("--retries", arguments->retries, "seconds to try for");
+    hold.AddOption("--seconds", arguments->seconds, "how long to keep it").ShowsDefault();
+    hold.Runs(
+        [=] { return Hold(*ParseLock(arguments->lock), arguments->retries, arguments->seconds); });
 
-    CLI::App *breaking = add_verb("break", "delete the lock file, whoever holds the lock");
-    breaking->callback(
-        [=, &context] { context.action = [=] { return Break(*ParseLock(arguments->lock)); }; });
+    const Verb breaking = add_verb("break", "delete the lock file, whoever holds the lock");
+    breaking.Runs([=] { return Break(*ParseLock(arguments->lock)); });
 }

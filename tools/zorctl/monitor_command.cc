@@ -105,24 +105,22 @@ int Set(const MonitorType &type, const std::vector<std::string> &texts,
 
 }  // namespace
 
-void AddMonitorCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *monitor = app.add_subcommand("monitor", "what the cluster watches");
-    monitor->require_subcommand(1);
-    CLI::App *list = monitor->add_subcommand("list", "every item, its choice and its state");
-    AddJsonFlag(list, context);
-    list->callback([&context] { context.action = [&context] { return List(context.json); }; });
+void AddMonitorCommand(const Verb &app) {
+    const Verb monitor = app.Add("monitor", "what the cluster watches");
+    monitor.NeedsVerb();
+    const Verb list = monitor.Add("list", "every item, its choice and its state");
+    list.AddJsonFlag();
+    list.Runs([=] { return List(list.PrintsJson()); });
 
-    CLI::App *set = monitor->add_subcommand("set", "choose what is watched");
-    set->require_subcommand(1);
-    set->footer("Example: zorctl monitor set service samba=yes nfsd=no");
+    const Verb set = monitor.Add("set", "choose what is watched");
+    set.NeedsVerb();
+    set.AddFooter("Example: zorctl monitor set service samba=yes nfsd=no");
     const auto texts = std::make_shared<std::vector<std::string>>();
     for (const MonitorType &type : kTypes) {
         if (type.command == 0) continue;
-        CLI::App *verb = set->add_subcommand(type.name, std::string("of every ") + type.name);
-        verb->add_option("choice", *texts, "NAME=yes or NAME=no")->required();
+        const Verb verb = set.Add(type.name, std::string("of every ") + type.name);
+        verb.AddOption("choice", *texts, "NAME=yes or NAME=no").Required();
         const auto options = AddActionFlags(verb);
-        verb->callback([=, &context, &type] {
-            context.action = [=, &type] { return Set(type, *texts, *options); };
-        });
+        verb.Runs([=, &type] { return Set(type, *texts, *options); });
     }
 }

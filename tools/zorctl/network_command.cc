@@ -66,8 +66,8 @@ int Show(bool json) {
 
 }  // namespace
 
-void AddNetworkCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *network = app.add_subcommand("network", "the ports of both nodes");
-    AddJsonFlag(network, context);
-    network->callback([&context] { context.action = [&context] { return Show(context.json); }; });
+void AddNetworkCommand(const Verb &app) {
+    const Verb network = app.Add("network", "the ports of both nodes");
+    network.AddJsonFlag();
+    network.Runs([=] { return Show(network.PrintsJson()); });
 }

@@ -32,14 +32,12 @@ const PowerVerb kPowerVerbs[] = {
 
 }  // namespace
 
-void AddPowerCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *power = app.add_subcommand("power", "restart, power off, shut the remote node down");
-    power->require_subcommand(1);
+void AddPowerCommand(const Verb &app) {
+    const Verb power = app.Add("power", "restart, power off, shut the remote node down");
+    power.NeedsVerb();
     for (const PowerVerb &row : kPowerVerbs) {
-        CLI::App *verb = power->add_subcommand(row.name, row.description);
+        const Verb verb = power.Add(row.name, row.description);
         const auto options = AddActionFlags(verb);
-        verb->callback([=, &context, &row] {
-            context.action = [=, &row] { return RunAction(row.plan, *options, row.run); };
-        });
+        verb.Runs([=, &row] { return RunAction(row.plan, *options, row.run); });
     }
 }

@@ -55,21 +55,19 @@ int Clean(int64_t time_code) {
 
 }  // namespace
 
-void AddQueueCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *queue = app.add_subcommand("queue", "the manager's message queues");
-    queue->require_subcommand(1);
+void AddQueueCommand(const Verb &app) {
+    const Verb queue = app.Add("queue", "the manager's message queues");
+    queue.NeedsVerb();
 
-    CLI::App *list = queue->add_subcommand("list", "what is on them");
-    AddJsonFlag(list, context);
-    list->callback([&context] { context.action = [&context] { return List(context.json); }; });
+    const Verb list = queue.Add("list", "what is on them");
+    list.AddJsonFlag();
+    list.Runs([=] { return List(list.PrintsJson()); });
 
     const auto time_code = std::make_shared<int64_t>(-1);
-    CLI::App *clean = queue->add_subcommand("clean", "take the messages of earlier hours off them");
-    clean->add_option("--time-code", *time_code,
-                      "hours since boot plus one, up to which messages go; default: this hour, "
-                      "which takes every message");
-    clean->callback([=, &context] {
-        const bool is_given = clean->count("--time-code") > 0;
-        context.action = [=] { return Clean(is_given ? *time_code : ZORGetTimeCode()); };
-    });
+    const Verb clean = queue.Add("clean", "take the messages of earlier hours off them");
+    const Option given =
+        clean.AddOption("--time-code", *time_code,
+                        "hours since boot plus one, up to which messages go; default: this hour, "
+                        "which takes every message");
+    clean.Runs([=] { return Clean(given.IsGiven() ? *time_code : ZORGetTimeCode()); });
 }

@@ -132,47 +132,47 @@ std::string CheckCommand(const std::string &text) {
     return ParseRequest(text) ? "" : "'" + text + "' is no command; see zorctl request --list";
 }
 
-std::string ReadPayloadFile(const std::string &path) {
+std::string TakeHex(const std::string &digits, std::string &payload) {
+    const auto bytes = FromHex(digits);
+    if (bytes) payload = *bytes;
+    return bytes ? "" : "no hexadecimal number";
+}
+
+std::string TakeFile(const std::string &path, std::string &payload) {
     std::ifstream file(path, std::ios::binary);
-    if (!file) throw CLI::ValidationError("--payload-file", "cannot read " + path);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    payload.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    return file ? "" : "cannot read " + path;
 }
 
 }  // namespace
 
-void AddRequestCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *request = app.add_subcommand("request", "send a request to the manager");
+void AddRequestCommand(const Verb &app) {
+    const Verb request = app.Add("request", "send a request to the manager");
     const auto arguments = std::make_shared<RequestArguments>();
-    CLI::Option *command =
-        request->add_option("command", arguments->command, "name or number of the command")
-            ->check(CheckCommand);
-    request->add_flag("--list", arguments->list, "print the names of the commands")
-        ->excludes(command);
-    CLI::Option *text = request->add_option("--payload", arguments->payload, "payload as text");
-    CLI::Option *hex = request->add_option_function<std::string>(
+    const Option command =
+        request.AddOption("command", arguments->command, "name or number of the command")
+            .CheckedBy(CheckCommand);
+    request.AddFlag("--list", arguments->list, "print the names of the commands").Excludes(command);
+    const Option text = request.AddOption("--payload", arguments->payload, "payload as text");
+    const Option hex = request.AddOption(
         "--payload-hex",
-        [arguments](const std::string &digits) {
-            const auto bytes = FromHex(digits);
-            if (!bytes) throw CLI::ValidationError("--payload-hex", "no hexadecimal number");
-            arguments->payload = *bytes;
-        },
+        [=](const std::string &digits) { return TakeHex(digits, arguments->payload); },
         "payload as hexadecimal digits");
-    CLI::Option *file = request->add_option_function<std::string>(
+    const Option file = request.AddOption(
         "--payload-file",
-        [arguments](const std::string &path) { arguments->payload = ReadPayloadFile(path); },
+        [=](const std::string &path) { return TakeFile(path, arguments->payload); },
         "payload from a file");
-    text->excludes(hex)->excludes(file);
-    hex->excludes(file);
-    request->add_flag("--wait", arguments->wait, "wait for the answer");
-    request->add_option("--timeout", arguments->timeout, "seconds to wait, 0: 15");
-    AddJsonFlag(request, context);
-    request->footer(
+    text.Excludes(hex).Excludes(file);
+    hex.Excludes(file);
+    request.AddFlag("--wait", arguments->wait, "wait for the answer");
+    request.AddOption("--timeout", arguments->timeout, "seconds to wait, 0: 15");
+    request.AddJsonFlag();
+    request.AddFooter(
         "Exit codes: 0 done or sent, 1 not sent or channel broken, 2 refused, 3 timed out.\n"
         "Example: zorctl request upgrade-failed --wait --timeout 60");
-    request->callback([=, &context] {
-        if (!arguments->list && arguments->command.empty()) throw CLI::RequiredError("command");
-        context.action = [=, &context] {
-            return arguments->list ? List() : Request(*arguments, context.json);
-        };
+    request.Runs([=] {
+        if (arguments->list) return List();
+        if (arguments->command.empty()) throw MissingArgument{"command"};
+        return Request(*arguments, request.PrintsJson());
     });
 }

@@ -60,8 +60,8 @@ int Show(bool json) {
 
 }  // namespace
 
-void AddServicesCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *services = app.add_subcommand("services", "the services that can be monitored");
-    AddJsonFlag(services, context);
-    services->callback([&context] { context.action = [&context] { return Show(context.json); }; });
+void AddServicesCommand(const Verb &app) {
+    const Verb services = app.Add("services", "the services that can be monitored");
+    services.AddJsonFlag();
+    services.Runs([=] { return Show(services.PrintsJson()); });
 }

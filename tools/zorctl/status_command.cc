@@ -166,8 +166,8 @@ int Show(bool json) {
 
 }  // namespace
 
-void AddStatusCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *status = app.add_subcommand("status", "roles, boot, liveness, readiness, serials");
-    AddJsonFlag(status, context);
-    status->callback([&context] { context.action = [&context] { return Show(context.json); }; });
+void AddStatusCommand(const Verb &app) {
+    const Verb status = app.Add("status", "roles, boot, liveness, readiness, serials");
+    status.AddJsonFlag();
+    status.Runs([=] { return Show(status.PrintsJson()); });
 }

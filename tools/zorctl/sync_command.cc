@@ -92,27 +92,22 @@ int Set(uint32_t selector, const std::string &file) {
 
 }  // namespace
 
-void AddSyncCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *sync = app.add_subcommand("sync", "the status record for the other node");
-    sync->require_subcommand(1);
+void AddSyncCommand(const Verb &app) {
+    const Verb sync = app.Add("sync", "the status record for the other node");
+    sync.NeedsVerb();
     const auto file = std::make_shared<std::string>();
     const auto remote = std::make_shared<bool>(false);
     const auto local = std::make_shared<bool>(false);
 
-    CLI::App *get = sync->add_subcommand("get", "read this node's record");
-    get->add_flag("--remote", *remote, "read what is known of the other node instead");
-    get->add_option("--output", *file, "write the 3188 bytes to a file instead of printing them");
-    AddJsonFlag(get, context);
-    get->callback([=, &context] {
-        context.action = [=, &context] {
-            return Get(*remote ? ZOR_HOST_REMOTE : ZOR_HOST_LOCAL, *file, context.json);
-        };
-    });
+    const Verb get = sync.Add("get", "read this node's record");
+    get.AddFlag("--remote", *remote, "read what is known of the other node instead");
+    get.AddOption("--output", *file, "write the 3188 bytes to a file instead of printing them");
+    get.AddJsonFlag();
+    get.Runs(
+        [=] { return Get(*remote ? ZOR_HOST_REMOTE : ZOR_HOST_LOCAL, *file, get.PrintsJson()); });
 
-    CLI::App *set = sync->add_subcommand("set", "store a record as the other node's");
-    set->add_option("file", *file, "a record written by sync get --output")->required();
-    set->add_flag("--local", *local, "store it as this node's instead");
-    set->callback([=, &context] {
-        context.action = [=] { return Set(*local ? ZOR_HOST_LOCAL : ZOR_HOST_REMOTE, *file); };
-    });
+    const Verb set = sync.Add("set", "store a record as the other node's");
+    set.AddOption("file", *file, "a record written by sync get --output").Required();
+    set.AddFlag("--local", *local, "store it as this node's instead");
+    set.Runs([=] { return Set(*local ? ZOR_HOST_LOCAL : ZOR_HOST_REMOTE, *file); });
 }

@@ -37,36 +37,31 @@ int32_t Start(const UpgradeArguments &arguments) {
 
 }  // namespace
 
-void AddUpgradeCommand(CLI::App &app, CommandContext &context) {
-    CLI::App *upgrade = app.add_subcommand("upgrade", "announce an upgrade, or its failure");
-    upgrade->require_subcommand(1);
-    upgrade->footer("Example: zorctl upgrade start 6.2-2000 --dry-run");
+void AddUpgradeCommand(const Verb &app) {
+    const Verb upgrade = app.Add("upgrade", "announce an upgrade, or its failure");
+    upgrade.NeedsVerb();
+    upgrade.AddFooter("Example: zorctl upgrade start 6.2-2000 --dry-run");
     const auto arguments = std::make_shared<UpgradeArguments>();
 
-    CLI::App *start = upgrade->add_subcommand("start", "announce that a version will be installed");
-    start->add_option("version", arguments->version, "the new version")->required();
-    start->add_flag("--small", arguments->is_small, "a small update, not an upgrade");
-    start->add_flag("--keep-marker", arguments->keeps_marker,
-                    "of a small update: leave the flash version marker alone");
+    const Verb start = upgrade.Add("start", "announce that a version will be installed");
+    start.AddOption("version", arguments->version, "the new version").Required();
+    start.AddFlag("--small", arguments->is_small, "a small update, not an upgrade");
+    start.AddFlag("--keep-marker", arguments->keeps_marker,
+                  "of a small update: leave the flash version marker alone");
     const auto start_options = AddActionFlags(start);
-    start->callback([=, &context] {
-        context.action = [=] {
-            return RunAction(PlanStart(*arguments), *start_options,
-                             [=] { return Start(*arguments); });
-        };
+    start.Runs([=] {
+        return RunAction(PlanStart(*arguments), *start_options, [=] { return Start(*arguments); });
     });
 
-    CLI::App *fail = upgrade->add_subcommand("fail", "announce that the installation has failed");
-    fail->add_flag("--small", arguments->is_small, "of a small update, not an upgrade");
+    const Verb fail = upgrade.Add("fail", "announce that the installation has failed");
+    fail.AddFlag("--small", arguments->is_small, "of a small update, not an upgrade");
     const auto fail_options = AddActionFlags(fail);
-    fail->callback([=, &context] {
-        context.action = [=] {
-            const ActionPlan plan = {
-                "Failure of the installation",
-                {"move /tmp/zor/.flash_version_backup back to /.flash_version, if it is there"},
-                {{kUpgradeFailCommand, 0, true, kTimeout_s}}};
-            return RunAction(plan, *fail_options,
-                             arguments->is_small ? KEVAZORSmallUpdateFail : KEVAZORUpgradeFail);
-        };
+    fail.Runs([=] {
+        const ActionPlan plan = {
+            "Failure of the installation",
+            {"move /tmp/zor/.flash_version_backup back to /.flash_version, if it is there"},
+            {{kUpgradeFailCommand, 0, true, kTimeout_s}}};
+        return RunAction(plan, *fail_options,
+                         arguments->is_small ? KEVAZORSmallUpdateFail : KEVAZORUpgradeFail);
     });
 }
