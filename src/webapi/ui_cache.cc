@@ -21,8 +21,9 @@ constexpr double kFreshFor = 12;  // seconds
 constexpr int kAttempts = 31;
 constexpr mode_t kMode = 0644;
 
-// The name of the file that a record is written to; removed at the end of the
-// scope, if it is still there.
+// The file that a record is written to, in the folder of the cache. It has no name
+// until the record is whole, so that whoever else writes one at the same time, what
+// bears the name is a whole record. Not every file system can do so.
 class TemporaryFile {
   public:
     explicit TemporaryFile(const char *path) {
@@ -30,7 +31,7 @@ class TemporaryFile {
     }
     ~TemporaryFile() {
         const int saved = errno;
-        if (!isMoved_) unlink(name_);
+        if (isInTheFolder_) unlink(name_);
         errno = saved;
     }
     TemporaryFile(const TemporaryFile &) = delete;
@@ -38,39 +39,51 @@ class TemporaryFile {
 
     const char *Name() const { return name_; }
 
-    bool Exists() const {
-        struct stat status;
-        return lstat(name_, &status) == 0;
-    }
-
-    // A file without a name in the same folder: what gets the name is a whole
-    // record, whoever else writes one at the same time. Not every file system
-    // can do so.
     int Open() {
         char folder[sizeof name_];
         const char *const slash = strrchr(name_, '/');
         snprintf(folder, sizeof folder, "%.*s", slash ? static_cast<int>(slash - name_) : 1,
                  slash ? name_ : ".");
-        const int file = open(folder, O_TMPFILE | O_WRONLY | O_CLOEXEC, kMode);
-        isNamed_ = file < 0 && (errno == EOPNOTSUPP || errno == EISDIR);
-        return isNamed_ ? open(name_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kMode)
-                        : file;
+        int file = open(folder, O_TMPFILE | O_WRONLY | O_CLOEXEC, kMode);
+        if (file < 0 && (errno == EOPNOTSUPP || errno == EISDIR)) {
+            file = open(name_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kMode);
+            isInTheFolder_ = hasName_ = file >= 0;
+        }
+        return file;
     }
 
-    bool MoveTo(const char *path, int file) {
-        if (!isNamed_) {
+    bool GiveName(int file) {
+        if (hasName_) return true;
+        hasName_ = linkat(file, "", AT_FDCWD, name_, AT_EMPTY_PATH) == 0;
+        if (!hasName_ && errno == ENOENT) {  // what a process without the capability gets
             char source[32];
             snprintf(source, sizeof source, "/proc/self/fd/%d", file);
-            if (linkat(AT_FDCWD, source, AT_FDCWD, name_, AT_SYMLINK_FOLLOW) != 0) return false;
+            hasName_ = linkat(AT_FDCWD, source, AT_FDCWD, name_, AT_SYMLINK_FOLLOW) == 0;
         }
-        isMoved_ = rename(name_, path) == 0;
-        return isMoved_;
+        isInTheFolder_ = hasName_;
+        return hasName_;
+    }
+
+    // Whether another's file has the name. It is removed at the end, as an own one is.
+    bool IsTaken() {
+        const int saved = errno;
+        struct stat status;
+        const bool isTaken = !hasName_ && (saved == EEXIST || lstat(name_, &status) == 0);
+        isInTheFolder_ = isInTheFolder_ || isTaken;
+        errno = saved;
+        return isTaken;
+    }
+
+    bool MoveTo(const char *path) {
+        const bool isMoved = rename(name_, path) == 0;
+        isInTheFolder_ = !isMoved;
+        return isMoved;
     }
 
   private:
     char name_[128] = {};
-    bool isNamed_ = false;
-    bool isMoved_ = false;
+    bool hasName_ = false;
+    bool isInTheFolder_ = false;
 };
 
 }  // namespace
@@ -81,20 +94,24 @@ int32_t writeObject(const char *path, const void *buffer, size_t length) {
         ZOR_ERROR("Bad parameter");
         return -1;
     }
-    if (temporary.Exists()) {
+    Descriptor file(temporary.Open());
+    const bool isWritten =
+        file.IsOpen() && write(file.Get(), buffer, length) == static_cast<ssize_t>(length);
+    const bool isNamed = isWritten && temporary.GiveName(file.Get());
+    // Reported before any other failure; asked last, because a name given tells it too.
+    if (!isNamed && temporary.IsTaken()) {
         ZOR_ERROR("Error: File exist. %s", temporary.Name());
         return -1;
     }
-    Descriptor file(temporary.Open());
     if (!file.IsOpen()) {
         ZOR_ERROR("Failed to fopen: %s", path);
         return -1;
     }
     int32_t result = 0;
-    if (write(file.Get(), buffer, length) != static_cast<ssize_t>(length)) {
+    if (!isWritten) {
         ZOR_ERROR("Load %s failed.", path);
         result = -1;
-    } else if (!temporary.MoveTo(path, file.Get())) {
+    } else if (!isNamed || !temporary.MoveTo(path)) {
         ZOR_ERROR("Failed to mv %s %s", temporary.Name(), path);
         result = -1;
     }
