@@ -53,6 +53,22 @@ TEST_F(ZorNode, RaisesTheQueueLimitsOfItsOwnNamespace) {
     EXPECT_EQ(Run({"--default-queue-limits", "--", "sh", "-c", limits}).output, "8192\n16384\n");
 }
 
+TEST_F(ZorNode, HasPortsOfItsOwnWhosePlugsCanBePulled) {
+    const CommandResult result =
+        Run({"--ports", "2", "--", "sh", "-c",
+             "ls /sys/class/net | grep -c -v '^eth[01]$\\|^wire[01]$\\|^lo$\\|^ifb'; "
+             "cat /sys/class/net/eth0/carrier; ip link set wire0 down; "
+             "cat /sys/class/net/eth0/carrier /sys/class/net/eth1/carrier; "
+             "ip -o -4 address show dev eth1"});
+    if (result.exit_code == 125) GTEST_SKIP() << "no virtual ports here: " << result.output;
+    EXPECT_EQ(result.output.substr(0, 8), "0\n1\n0\n1\n");
+    EXPECT_NE(result.output.find("192.0.2.2/24"), std::string::npos) << result.output;
+}
+
+TEST_F(ZorNode, RefusesPortsThatAnApplianceCannotHave) {
+    EXPECT_NE(Run({"--ports", "9", "--", "true"}).exit_code, 0);
+}
+
 TEST_F(ZorNode, ShowsTheKernelsOtherFiles) {
     EXPECT_EQ(InNode("cat /proc/sys/kernel/ostype"), "Linux\n");
 }

@@ -32,6 +32,9 @@ int main(int argc, char **argv) {
         ->allow_extra_args(false);
     app.add_flag("!--default-queue-limits", options.raise_queue_limits,
                  "leave the kernel's queue limits, which are too small for the manager");
+    app.add_option("--ports", options.ports,
+                   "give it a network of its own with so many ports, each wired to a wireK")
+        ->check(CLI::Range(1, 8));
     app.add_option("command", options.command, "the command and its arguments; default: a shell");
     app.positionals_at_end();
     app.footer("Example: zornode -- zorctl doctor");

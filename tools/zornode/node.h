@@ -11,6 +11,7 @@ struct NodeOptions {
     std::string custom_serial = "CUSTOM-NODE-01";
     std::string log_file;  // a copy of the log lines on the machine; may be empty
     bool raise_queue_limits = true;
+    int ports = 0;  // of a network of its own; none: the machine's network
     std::vector<std::string> shared_folders;  // of the machine, writable from the node
     std::vector<std::string> command;
 };

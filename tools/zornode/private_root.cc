@@ -43,7 +43,7 @@ class RootBuilder {
         MakeFolders(root_);
         Overlay("/", root_);
         for (const std::string &point : mounts) Carry(point);
-        MakeOwnFolders();
+        MakeOwnFolders(options);
         for (const std::string &folder : options.shared_folders) Share(folder);
     }
 
@@ -84,9 +84,12 @@ class RootBuilder {
         }
     }
 
-    void MakeOwnFolders() {
+    void MakeOwnFolders(const NodeOptions &options) {
         Mount("proc", root_ + "/proc", "proc", MS_NOSUID | MS_NODEV | MS_NOEXEC);
-        Mount("/sys", root_ + "/sys", nullptr, MS_BIND | MS_REC);
+        if (options.ports > 0)  // the machine's shows the machine's network
+            Mount("sysfs", root_ + "/sys", "sysfs", MS_NOSUID | MS_NODEV | MS_NOEXEC | MS_RDONLY);
+        else
+            Mount("/sys", root_ + "/sys", nullptr, MS_BIND | MS_REC);
         Mount("zornode", root_ + "/run", "tmpfs", MS_NOSUID | MS_NODEV, "mode=0755");
         MakeDeviceFolder(root_ + "/dev");
         MakeTemporaryFolder();

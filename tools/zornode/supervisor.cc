@@ -15,6 +15,7 @@
 #include "kernel_folder.h"
 #include "log_collector.h"
 #include "node_files.h"
+#include "own_network.h"
 #include "private_root.h"
 
 namespace {
@@ -87,7 +88,8 @@ int RunCommand(const std::vector<std::string> &command) {
 }
 
 int RunFirstProcess(const NodeOptions &options) try {
-    Unshare(CLONE_NEWNS | CLONE_NEWIPC | CLONE_NEWUTS);
+    Unshare(CLONE_NEWNS | CLONE_NEWIPC | CLONE_NEWUTS | (options.ports > 0 ? CLONE_NEWNET : 0));
+    if (options.ports > 0) MakePorts(options.ports);
     LogCollector collector(options.log_file);
     EnterPrivateRoot(options);
     if (sethostname("zornode", 7) != 0) ThrowErrno("cannot set the host name");
