@@ -33,7 +33,9 @@ class ZorCtlHardware : public NodeTest {
         return RunCommand(all);
     }
 
-    static json Read(const std::string &part) { return json::parse(Run({part, "--json"}).output); }
+    static json Read(const std::string &part) {
+        return json::parse(Run({part, "--json"}).output).at(part);
+    }
 
     static void WriteAll() {
         WriteText(kHardwareFile,
@@ -144,8 +146,9 @@ TEST_F(ZorCtlHardware, UnreadableEnclosuresAreNoDefaults) {
     WriteText(kHardwareFile, std::string(kLocalHost) + "[ENCLOSURE_E1]\n\tEncSN=E1\n");
     const CommandResult result = Run({"fans", "--json"});
     EXPECT_EQ(result.exit_code, 1);
-    EXPECT_EQ(json::parse(result.output), json({{{"enclosure", "E1"}, {"readable", false}},
-                                                {{"enclosure", "E2"}, {"readable", false}}}));
+    EXPECT_EQ(json::parse(result.output).at("fans"),
+              json({{{"enclosure", "E1"}, {"readable", false}},
+                    {{"enclosure", "E2"}, {"readable", false}}}));
     EXPECT_TRUE(Contains(result.errors, "No enc modelid in enc data."));
 }
 

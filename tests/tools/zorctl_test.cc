@@ -112,7 +112,7 @@ TEST_F(ZorCtl, SetGetAndRemove) {
     EXPECT_TRUE(ZORIsStatusChanged());
     EXPECT_EQ(Run({"get", "local_role"}).output, "1\n");
     EXPECT_EQ(json::parse(Run({"get", "local_role", "--json"}).output),
-              json({{"entry", "local_role"}, {"value", "1"}}));
+              json({{"schema_version", 1}, {"entry", "local_role"}, {"value", "1"}}));
     EXPECT_EQ(Run({"rm", "local_role"}).exit_code, 0);
     const CommandResult absent = Run({"get", "local_role"});
     EXPECT_EQ(absent.exit_code, 5);
@@ -228,7 +228,8 @@ TEST_F(ZorCtl, QueueCleanShowsWhatIsDropped) {
     EXPECT_EQ(result.exit_code, 0);
     EXPECT_TRUE(Contains(result.output, "DROP MSG IN QUEUE(1), Process: stale-tool, pid: 77"));
     EXPECT_TRUE(Contains(result.output, "Clean 1 msgs on queue 1"));
-    EXPECT_EQ(json::parse(Run({"queue", "list", "--json"}).output)[0].at("messages"), 0);
+    EXPECT_EQ(json::parse(Run({"queue", "list", "--json"}).output).at("queues")[0].at("messages"),
+              0);
     EXPECT_EQ(Run({"queue", "clean", "--time-code", "-1"}).exit_code, 1);
     fs::remove(kKeyFile);
     EXPECT_EQ(Run({"queue", "clean"}).exit_code, 1);
@@ -247,7 +248,7 @@ TEST_F(ZorCtl, LockThatIsHeldNamesItsHolder) {
     EXPECT_EQ(held.errors, "zorctl: lock status is not to be had: held by process " +
                                std::to_string(holder.Process()) + " (zorctl)\n");
     EXPECT_TRUE(Contains(Run({"lock", "list"}).output, "status               process "));
-    EXPECT_EQ(json::parse(Run({"lock", "list", "--json"}).output)[0].at("holder"),
+    EXPECT_EQ(json::parse(Run({"lock", "list", "--json"}).output).at("locks")[0].at("holder"),
               holder.Process());
     EXPECT_TRUE(Contains(Run({"lock", "break", "status"}).output, "it was held by process"));
     EXPECT_EQ(Run({"lock", "try", "status"}).exit_code, 0);
@@ -274,9 +275,12 @@ TEST_F(ZorCtl, ConfGetSetAndCache) {
     EXPECT_EQ(Run({"conf", "get", "remote-serial"}).output, "NODE0002\n");
     EXPECT_EQ(Run({"conf", "get", "monitored-interfaces"}).exit_code, 5);
     EXPECT_EQ(Run({"conf", "set", "monitored-interfaces", "yes,no"}).exit_code, 0);
-    EXPECT_EQ(json::parse(Run({"conf", "get", "monitored-interfaces", "--json"}).output),
-              json({{"setting", "monitored-interfaces"}, {"value", "yes,no"}}));
-    EXPECT_EQ(json::parse(Run({"conf", "list", "--json"}).output).at("remote-serial"), "NODE0002");
+    EXPECT_EQ(
+        json::parse(Run({"conf", "get", "monitored-interfaces", "--json"}).output),
+        json({{"schema_version", 1}, {"setting", "monitored-interfaces"}, {"value", "yes,no"}}));
+    EXPECT_EQ(
+        json::parse(Run({"conf", "list", "--json"}).output).at("settings").at("remote-serial"),
+        "NODE0002");
     ASSERT_EQ(Run({"conf", "set", "cluster-serial", "RENAMED"}).exit_code, 0);
     EXPECT_EQ(Run({"conf", "get", "cluster-serial"}).output, "CLUSTER\n") << "cached";
     EXPECT_EQ(Run({"conf", "cache"}).exit_code, 0);
@@ -296,7 +300,7 @@ TEST_F(ZorCtl, SerialsAndMacs) {
     EXPECT_EQ(serials.at("cluster_custom"), "CUSTOM01");
     EXPECT_EQ(serials.at("remote"), "NODE0002");
     EXPECT_EQ(Run({"macs"}).output, "m1\nm2\n");
-    EXPECT_EQ(json::parse(Run({"macs", "--json"}).output), json({"m1", "m2"}));
+    EXPECT_EQ(json::parse(Run({"macs", "--json"}).output).at("macs"), json({"m1", "m2"}));
     ExpectLog({});
     WriteText(kConfFile, "");
     fs::remove("/tmp/zor/ha.info.cache");
@@ -331,7 +335,7 @@ TEST_F(ZorCtl, InterfacesShowBothSides) {
 TEST_F(ZorCtl, ServicesShowStateAndChoice) {
     WriteText(kStatusFile, "monitor_service_status=\"running,stopped,x\"\n");
     WriteText(kConfFile, "monitor_service=\"yes,no,yes,no,yes\"\n");
-    const json services = json::parse(Run({"services", "--json"}).output);
+    const json services = json::parse(Run({"services", "--json"}).output).at("services");
     ASSERT_EQ(services.size(), 5u);
     EXPECT_EQ(
         services[0],
@@ -345,10 +349,14 @@ TEST_F(ZorCtl, ConstraintsAndDisksOfTheActiveNode) {
     WriteText(kStatusFile, "local_role=\"1\"\n");
     WriteText(kConfFile, "sn0=\"NODE0001\"\n");
     EXPECT_EQ(Run({"constraints", "set", "local", "failed-services", "smb"}).exit_code, 0);
-    EXPECT_EQ(json::parse(Run({"constraints", "list", "--json"}).output)[0].at("value"), "smb");
+    EXPECT_EQ(
+        json::parse(Run({"constraints", "list", "--json"}).output).at("constraints")[0].at("value"),
+        "smb");
     EXPECT_EQ(Run({"constraints", "clear", "local", "failed-services"}).exit_code, 0);
-    EXPECT_TRUE(
-        json::parse(Run({"constraints", "list", "--json"}).output)[0].at("value").is_null());
+    EXPECT_TRUE(json::parse(Run({"constraints", "list", "--json"}).output)
+                    .at("constraints")[0]
+                    .at("value")
+                    .is_null());
     const CommandResult unknown = Run({"constraints", "set", "remote", "failover-from", "x"});
     EXPECT_EQ(unknown.exit_code, 1);
     EXPECT_TRUE(Contains(unknown.errors, "the remote node is not known yet"));
@@ -370,10 +378,49 @@ TEST_F(ZorCtl, DoctorFindsNothingOnAWorkingNode) {
     EXPECT_TRUE(Contains(result.output, "This node can work."));
 }
 
+TEST_F(ZorCtl, EveryReadingVerbPrintsOneVersionedObject) {
+    StartManager();
+    ASSERT_EQ(Run({"disks", "set", "sda"}).exit_code, 0);
+    const std::vector<std::vector<std::string>> verbs = {{"status"},
+                                                         {"get", "local_role"},
+                                                         {"sync", "get"},
+                                                         {"request", "1000", "--wait"},
+                                                         {"queue", "list"},
+                                                         {"lock", "list"},
+                                                         {"doctor"},
+                                                         {"conf", "list"},
+                                                         {"conf", "get", "local-serial"},
+                                                         {"serials"},
+                                                         {"macs"},
+                                                         {"disks", "list"},
+                                                         {"interfaces"},
+                                                         {"services"},
+                                                         {"constraints", "list"},
+                                                         {"health"},
+                                                         {"hardware"},
+                                                         {"hardware", "fans"},
+                                                         {"cluster"},
+                                                         {"nodes"},
+                                                         {"network"},
+                                                         {"monitor", "list"},
+                                                         {"enclosures"},
+                                                         {"halt-check"}};
+    for (std::vector<std::string> verb : verbs) {
+        verb.push_back("--json");
+        const CommandResult result = Run(verb);
+        const json output = json::parse(result.output, nullptr, false);
+        EXPECT_TRUE(output.is_object()) << verb[0] << ": " << result.output << result.errors;
+        if (output.is_object()) {
+            EXPECT_EQ(output.value("schema_version", 0), 1) << verb[0];
+        }
+    }
+}
+
 TEST_F(ZorCtl, DoctorExplainsEachFault) {
     const auto verdict = [](const std::string &check) {
         const CommandResult result = Run({"doctor", "--json"});
-        for (const json &finding : json::parse(result.output)) {
+        const json findings = json::parse(result.output).at("findings");
+        for (const json &finding : findings) {
             if (finding.at("check") == check)
                 return finding.at("verdict").get<std::string>() + ": " +
                        finding.at("finding").get<std::string>();

@@ -158,6 +158,75 @@ TEST_F(ClusterInfo, EveryBitAlone) {
     log_.Take();
 }
 
+// Each entry with the bits that raise it and the one that hides it, in their order.
+struct EntryRow {
+    uint32_t raised_by;
+    uint32_t hidden_by;
+    const char *entry;
+};
+
+const EntryRow kEntryRows[] = {
+    {Bit(26), 0, "desc_failover_failed"},
+    {Bit(28), 0, "desc_halt_blocking_active"},
+    {Bit(29), 0, "desc_halt_blocking_passive"},
+    {Bit(0), 0, "desc_passive_offline"},
+    {Bit(3), 0, "desc_failed_service_active"},
+    {Bit(4), 0, "desc_failed_service_passive"},
+    {Bit(1), 0, "desc_failed_net_active"},
+    {Bit(2), 0, "desc_failed_net_passive"},
+    {Bit(11), 0, "desc_host_hw_error_active"},
+    {Bit(12), 0, "desc_host_hw_error_passive"},
+    {Bit(5), 0, "desc_invalid_enc_list_active"},
+    {Bit(6), 0, "desc_invalid_enc_list_passive"},
+    {Bit(20), 0, "desc_enclosure_hw_error"},
+    {Bit(7), Bit(0), "desc_heartbeat_link_lost"},
+    {Bit(22), 0, "desc_space_busy"},
+    {Bit(24) | Bit(25), 0, "desc_fcache_crashed"},
+    {Bit(23), 0, "desc_fcache_degrade"},
+    {Bit(9) | Bit(10), 0, "desc_space_crash"},
+    {Bit(8), 0, "desc_space_degrade"},
+    {Bit(13), 0, "desc_memory_not_match"},
+    {Bit(14), 0, "desc_no_monitored_if"},
+    {Bit(21), 0, "desc_monitored_ifs_no_static_ip"},
+    {Bit(18), 0, "desc_recovering_passive"},
+    {Bit(19), 0, "desc_upgrading_passive"},
+};
+
+TEST_F(ClusterInfo, EveryPairOfBits) {
+    WriteText(kHardwareFile,
+              "[LOCAL_HOST]\n\tMemory=1\n\tEncListStatus=1\n"
+              "[REMOTE_HOST]\n\tMemory=1\n\tEncListStatus=2\n");
+    constexpr uint32_t kErrors = 0x3000638;
+    constexpr uint32_t kWarnings = 0x44bc79c7;
+    for (int first = 0; first < 32; ++first) {
+        for (int second = first + 1; second < 32; ++second) {
+            const uint32_t health = Bit(first) | Bit(second);
+            const ZORUIInfo &info = BuildWith(health);
+            int32_t status = 9;
+            Lines expected;
+            if (health & kErrors) {
+                status = 4;
+            } else if (health & kWarnings) {
+                status = 3;
+            } else if (health & Bit(22)) {
+                status = 13;
+            } else if (!(health & Bit(16))) {
+                status = 1;
+                expected.push_back("desc_ha_normal");
+            }
+            for (const EntryRow &row : kEntryRows) {
+                if ((health & row.raised_by) && !(health & row.hidden_by))
+                    expected.push_back(row.entry);
+            }
+            EXPECT_EQ(info.status, status) << first << " and " << second;
+            EXPECT_EQ(Descriptions(), expected) << first << " and " << second;
+            EXPECT_EQ(info.readyA, (health & 0x7a6de2d1) == 0 ? 1 : 0) << first << ", " << second;
+            EXPECT_EQ(info.readyB, (health & 0x7e6de2d1) == 0 ? 1 : 0) << first << ", " << second;
+        }
+    }
+    log_.Take();
+}
+
 TEST_F(ClusterInfo, DescriptionsStandInTheirOrder) {
     Set("remote_boot_error", "disk");
     StartSwitching(301);

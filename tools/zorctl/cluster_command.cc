@@ -60,7 +60,7 @@ int ShowNodes(bool json) {
     }
     if (nodes.empty()) return NoSnapshot("the nodes");
     if (json) {
-        PrintJson({{"schema_version", kSchemaVersion}, {"nodes", nodes}});
+        PrintJson({{"nodes", nodes}});
     } else {
         std::vector<std::vector<std::string>> rows;
         for (const Json &node : nodes) {

@@ -88,7 +88,7 @@ int List(bool json) {
         rows.push_back({setting.name, is_found ? Words(output[setting.name]) : "not set"});
     }
     if (json)
-        PrintJson(output);
+        PrintJson({{"settings", output}});
     else
         PrintTable({"SETTING", "VALUE"}, rows);
     return kExitSuccess;

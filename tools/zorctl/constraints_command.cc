@@ -51,7 +51,7 @@ int List(bool json) {
         rows.push_back({place.node_name, place.kind_name, found > 0 ? value : "none"});
     }
     if (json)
-        PrintJson(output);
+        PrintJson({{"constraints", output}});
     else
         PrintTable({"NODE", "KIND", "VALUE"}, rows);
     return kExitSuccess;

@@ -32,7 +32,7 @@ int List(bool json) {
     for (int index = 0; const char *disk = VLIBCSzListGet(disks, index); ++index)
         output.push_back(disk);
     if (json) {
-        PrintJson(output);
+        PrintJson({{"disks", output}});
         return kExitSuccess;
     }
     for (const Json &disk : output) puts(disk.get<std::string>().c_str());

@@ -35,7 +35,7 @@ int Examine(bool json) {
         if (!finding.advice.empty()) printf("%-24s %s\n", "", finding.advice.c_str());
     }
     if (json)
-        PrintJson(output);
+        PrintJson({{"findings", output}});
     else
         printf("%s\n", problems == 0 ? "This node can work." : "This node cannot work as it is.");
     return problems == 0 ? kExitSuccess : kExitFailure;

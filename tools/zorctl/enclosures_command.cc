@@ -43,8 +43,7 @@ int ShowEnclosures(bool json) {
                               {"link_first", enclosure.LinkState},
                               {"link_second", enclosure.PeerLinkState}});
     }
-    const Json output = {{"schema_version", kSchemaVersion},
-                         {"status", State(status.status)},
+    const Json output = {{"status", State(status.status)},
                          {"power", State(status.powerStatus)},
                          {"fans", State(status.fanStatus)},
                          {"remote_present", picture->RemotePresence == 2},
@@ -91,7 +90,7 @@ int CheckHalt(const std::string &node, bool publish, bool json) {
         ReportFailure("the halt check failed");
         return kExitFailure;
     }
-    Json output = {{"schema_version", kSchemaVersion}};
+    Json output = Json::object();
     if (which & 1) output["local"] = DescribeBlock(check->local);
     if (which & 2) output["remote"] = DescribeBlock(check->remote);
     if (json) {

@@ -91,7 +91,7 @@ int Show(const std::string &name, bool json) {
         if (name.empty()) printf("%s-- %s\n", index > 0 ? "\n" : "", part.description);
         PrintRows(rows);
     }
-    if (json) PrintJson(name.empty() ? all : all.at(name));
+    if (json) PrintJson(all);
     return Finish(picture);
 }
 

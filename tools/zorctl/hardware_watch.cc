@@ -73,7 +73,7 @@ void PrintLine(const Json &line) {
 // Says that from now on every change is seen.
 void PrintStart(size_t facts, bool json) {
     if (json)
-        PrintLine({{"time", Now()}, {"watching", facts}});
+        PrintLine({{"schema_version", kSchemaVersion}, {"time", Now()}, {"watching", facts}});
     else
         printf("%s watching %zu facts\n", Now().c_str(), facts);
     fflush(stdout);

@@ -68,7 +68,7 @@ int Macs(bool json) {
         return kExitAbsent;
     }
     if (json) {
-        PrintJson(addresses);
+        PrintJson({{"macs", addresses}});
         return kExitSuccess;
     }
     for (const Json &item : addresses) puts(item.get<std::string>().c_str());

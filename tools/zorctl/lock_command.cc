@@ -81,7 +81,7 @@ int List(bool json) {
             printf("%2d  %-20s %s\n", entry.id, LockName(entry.id).c_str(),
                    holder ? Describe(*holder).c_str() : "free");
     }
-    if (json) PrintJson(output);
+    if (json) PrintJson({{"locks", output}});
     return kExitSuccess;
 }
 

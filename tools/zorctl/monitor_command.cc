@@ -61,7 +61,7 @@ int List(bool json) {
     bool is_complete = true;
     for (const MonitorType &type : kTypes) is_complete = AppendItems(type, &items) && is_complete;
     if (json) {
-        PrintJson({{"schema_version", kSchemaVersion}, {"items", items}});
+        PrintJson({{"items", items}});
     } else {
         std::vector<std::vector<std::string>> rows;
         for (const Json &item : items)

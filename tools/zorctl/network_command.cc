@@ -50,7 +50,7 @@ int Show(bool json) {
                          {"monitored", row.monitored != 0}});
     }
     if (json) {
-        PrintJson({{"schema_version", kSchemaVersion}, {"ports", ports}});
+        PrintJson({{"ports", ports}});
         return kExitSuccess;
     }
     std::vector<std::vector<std::string>> table;

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstdio>
 
-void PrintJson(const Json &value) {
-    puts(value.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
+void PrintJson(const Json &object) {
+    Json output = {{"schema_version", kSchemaVersion}};
+    output.update(object);
+    puts(output.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
 }
 
 void PrintTable(const std::vector<std::string> &heading,

@@ -7,8 +7,12 @@
 
 using Json = nlohmann::ordered_json;
 
-// JSON alone on standard output; bytes that are no text are replaced.
-void PrintJson(const Json &value);
+// Of all that zorctl prints as JSON; docs/json.md says when it changes.
+constexpr int kSchemaVersion = 1;
+
+// JSON alone on standard output, an object, under the version of its schema; bytes
+// that are no text are replaced.
+void PrintJson(const Json &object);
 
 // Rows under a heading, in columns as wide as they need to be.
 void PrintTable(const std::vector<std::string> &heading,

@@ -35,7 +35,7 @@ int List(bool json) {
         else if (!json)
             printf("%d  %-9s not made yet\n", queue.project, Purpose(queue.project));
     }
-    if (json) PrintJson(output);
+    if (json) PrintJson({{"queues", output}});
     return kExitSuccess;
 }
 

@@ -52,7 +52,7 @@ int Show(bool json) {
                         Words(row.at("restarted"))});
     }
     if (json)
-        PrintJson(output);
+        PrintJson({{"services", output}});
     else
         PrintTable({"SERVICE", "STATE", "MONITORED", "RESTARTED"}, rows);
     return kExitSuccess;

@@ -112,8 +112,7 @@ std::optional<Json> ReadClusterSnapshot() {
     const auto info = std::make_unique<ZORUIInfo>();
     if (!ReadSoon(kClusterFile, [&] { return KEVAZORGetZORInfoCached(info.get(), 0); }))
         return std::nullopt;
-    return Json{{"schema_version", kSchemaVersion},
-                {"age_s", AgeOf(kClusterFile)},
+    return Json{{"age_s", AgeOf(kClusterFile)},
                 {"status", Word(kOverall, info->status)},
                 {"link", Word(kLinks, info->linkStatus)},
                 {"heartbeat", Word(kLinks, info->heartbeatStatus)},
