@@ -25,54 +25,65 @@ ssize_t ReadAt(int fd, char *buffer, size_t size, size_t offset) {
 FileImage::Outcome FileImage::Load(const char *path) {
     file_.Reset(open(path, kReadFlags));
     if (!file_.IsOpen()) return errno == ENOENT ? Outcome::kAbsent : Outcome::kFailed;
-    const Outcome outcome = Read();
-    file_.Reset(-1);
-    return outcome;
+    return Read();
 }
 
-FileImage::Outcome FileImage::LoadAndHold(const char *path, struct stat *status) {
-    file_.Reset(open(path, kReadFlags));
-    if (!file_.IsOpen()) return errno == ENOENT ? Outcome::kAbsent : Outcome::kFailed;
+FileImage::Outcome FileImage::LoadAll(const char *path, struct stat *status) {
+    const Outcome outcome = Load(path);
+    if (outcome != Outcome::kLoaded) return outcome;
     if (fstat(file_.Get(), status) != 0) return Outcome::kFailed;
-    return Read();
+    return text_.size() < static_cast<size_t>(status->st_size) ? LoadRest() : Outcome::kLoaded;
+}
+
+FileImage::Outcome FileImage::LoadRest() {
+    while (!is_whole_) {
+        const size_t filled = text_.size();
+        if (filled == kInnerSize) return ReadLarge();
+        const ssize_t count = ReadAt(file_.Get(), inner_ + filled, kInnerSize - filled, filled);
+        if (count < 0) return Outcome::kFailed;
+        is_whole_ = count == 0;
+        text_ = {inner_, filled + static_cast<size_t>(count)};
+    }
+    return Outcome::kLoaded;
 }
 
 FileImage::Outcome FileImage::Read() {
     const ssize_t count = ReadAt(file_.Get(), inner_, kInnerSize, 0);
     if (count < 0) return Outcome::kFailed;
-    if (count > 0 && static_cast<size_t>(count) < kInnerSize) {
-        text_ = {inner_, static_cast<size_t>(count)};
-        return Outcome::kLoaded;
-    }
+    text_ = {inner_, static_cast<size_t>(count)};
     // Nothing or a full buffer: an empty or a large file, or no regular file at all.
+    return count > 0 && text_.size() < kInnerSize ? Outcome::kLoaded : ReadLarge();
+}
+
+FileImage::Outcome FileImage::ReadLarge() {
     struct stat status;
     if (fstat(file_.Get(), &status) != 0) return Outcome::kFailed;
     if (!S_ISREG(status.st_mode)) {
         errno = EINVAL;
         return Outcome::kFailed;
     }
-    if (count == 0) return Outcome::kLoaded;
-    return ReadLarge(static_cast<size_t>(status.st_size));
-}
-
-FileImage::Outcome FileImage::ReadLarge(size_t size) {
+    const auto size = static_cast<size_t>(status.st_size);
     if (size > kLargest) {
         errno = EFBIG;
         return Outcome::kFailed;
     }
-    large_.reset(new (std::nothrow) char[size]);
-    if (!large_) {
-        errno = ENOMEM;
-        return Outcome::kFailed;
+    if (size > kInnerSize) {
+        large_.reset(new (std::nothrow) char[size]);
+        if (!large_) {
+            errno = ENOMEM;
+            return Outcome::kFailed;
+        }
     }
+    char *const buffer = large_ ? large_.get() : inner_;
     size_t filled = 0;
     while (filled < size) {
-        const ssize_t count = ReadAt(file_.Get(), large_.get() + filled, size - filled, filled);
+        const ssize_t count = ReadAt(file_.Get(), buffer + filled, size - filled, filled);
         if (count < 0) return Outcome::kFailed;
         if (count == 0) break;
         filled += static_cast<size_t>(count);
     }
-    text_ = {large_.get(), filled};
+    text_ = {buffer, filled};
+    is_whole_ = true;
     return Outcome::kLoaded;
 }
 

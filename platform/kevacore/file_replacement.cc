@@ -50,7 +50,7 @@ FileReplacement::~FileReplacement() {
 }
 
 bool FileReplacement::LoadOld() {
-    const FileImage::Outcome outcome = old_.LoadAndHold(path_, &old_status_);
+    const FileImage::Outcome outcome = old_.LoadAll(path_, &old_status_);
     has_old_ = outcome == FileImage::Outcome::kLoaded;
     return outcome != FileImage::Outcome::kFailed;
 }

@@ -60,16 +60,20 @@ bool FindLine(std::string_view text, std::string_view key, Line *line) {
     return false;
 }
 
+// Whether the line is there to its end.
+bool FindWholeLine(std::string_view text, std::string_view key, Line *line) {
+    return FindLine(text, key, line) && text[line->end - 1] == '\n';
+}
+
 // Loads the file and finds the key: positive, 0 or negative as the interface has it.
 int Lookup(const char *path, const char *key, FileImage *image, Line *line) {
-    switch (image->Load(path)) {
-        case FileImage::Outcome::kFailed:
-            return SystemError(kSource, __LINE__);
-        case FileImage::Outcome::kAbsent:
-            return 0;
-        case FileImage::Outcome::kLoaded:
-            break;
+    FileImage::Outcome outcome = image->Load(path);
+    if (outcome == FileImage::Outcome::kAbsent) return 0;
+    if (outcome == FileImage::Outcome::kLoaded) {
+        if (FindWholeLine(image->Text(), key, line)) return 1;
+        outcome = image->LoadRest();
     }
+    if (outcome == FileImage::Outcome::kFailed) return SystemError(kSource, __LINE__);
     return FindLine(image->Text(), key, line) ? 1 : 0;
 }
 

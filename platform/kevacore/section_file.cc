@@ -178,14 +178,15 @@ int SetSectionValue(const char *path, const char *name, const char *key, const c
 
 // Loads the file and finds the section: positive, 0 or negative as the interface has it.
 int Lookup(const char *path, const char *name, FileImage *image, Section *section) {
-    switch (image->Load(path)) {
-        case FileImage::Outcome::kFailed:
-            return SystemError(kSource, __LINE__);
-        case FileImage::Outcome::kAbsent:
-            return 0;
-        case FileImage::Outcome::kLoaded:
-            break;
+    FileImage::Outcome outcome = image->Load(path);
+    if (outcome == FileImage::Outcome::kAbsent) return 0;
+    if (outcome == FileImage::Outcome::kLoaded) {
+        // The last section may go on behind what was read.
+        if (FindSection(image->Text(), name, section) && section->whole.end < image->Text().size())
+            return 1;
+        outcome = image->LoadRest();
     }
+    if (outcome == FileImage::Outcome::kFailed) return SystemError(kSource, __LINE__);
     return FindSection(image->Text(), name, section) ? 1 : 0;
 }
 

@@ -19,12 +19,15 @@ constexpr int32_t kFactory = 0;
 constexpr int32_t kCustom = 1;
 constexpr const char *kSerialFiles[] = {kFactorySerialFile, kCustomSerialFile};
 
-ssize_t ReadOnce(int fd, char *buffer, size_t size) {
-    ssize_t count;
-    do {
-        count = read(fd, buffer, size);
-    } while (count < 0 && errno == EINTR);
-    return count;
+// Reads to the end of the line or of the file.
+bool ReadLine(int fd, char *buffer, size_t size) {
+    for (size_t filled = 0; filled < size && !memchr(buffer, '\n', filled);) {
+        const ssize_t count = read(fd, buffer + filled, size - filled);
+        if (count < 0 && errno != EINTR) return false;
+        if (count == 0) break;
+        if (count > 0) filled += static_cast<size_t>(count);
+    }
+    return true;
 }
 
 int32_t ZORReadSerialFromKernel(char *buffer, uint32_t size, int32_t kind) {
@@ -36,7 +39,7 @@ int32_t ZORReadSerialFromKernel(char *buffer, uint32_t size, int32_t kind) {
     const Descriptor file(open(kSerialFiles[kind], O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (!file.IsOpen()) return -1;
     char text[ZOR_SERIAL_SIZE] = {};
-    if (ReadOnce(file.Get(), text, sizeof text - 1) < 0) return -1;
+    if (!ReadLine(file.Get(), text, sizeof text - 1)) return -1;
     size_t length = strlen(text);
     if (length > 0 && text[length - 1] == '\n') text[--length] = '\0';
     if (size > length) {

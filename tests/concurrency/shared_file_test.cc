@@ -16,18 +16,11 @@
 
 #include "kevacore.h"
 #include "support/node_test.h"
+#include "support/slow_build.h"
 #include "zor_filelock.h"
 #include "zor_status.h"
 
 namespace {
-
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-constexpr bool kIsSlowBuild = true;
-#elif defined(__has_feature)
-constexpr bool kIsSlowBuild = __has_feature(thread_sanitizer) || __has_feature(address_sanitizer);
-#else
-constexpr bool kIsSlowBuild = false;
-#endif
 
 class SharedFile : public NodeTest {
   protected:

@@ -30,7 +30,11 @@ std::optional<ZORMgrMessage> Take(int project) {
 }
 
 void Put(int project, const ZORMgrMessage &message, size_t size) {
-    ASSERT_EQ(msgsnd(Open(project), &message, size, IPC_NOWAIT), 0) << strerror(errno);
+    ASSERT_TRUE(TryPut(project, message, size)) << strerror(errno);
+}
+
+bool TryPut(int project, const ZORMgrMessage &message, size_t size) {
+    return msgsnd(Open(project), &message, size, IPC_NOWAIT) == 0;
 }
 
 int Count(int project) {

@@ -21,6 +21,9 @@ std::optional<ZORMgrMessage> Take(int project = kRequests);
 // Puts a message on a queue; size is what the queue is told.
 void Put(int project, const ZORMgrMessage &message, size_t size = 32536);
 
+// The same, and false when the queue refuses it.
+bool TryPut(int project, const ZORMgrMessage &message, size_t size = 32536);
+
 // The number of messages on a queue.
 int Count(int project);
 
