@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core/mgr_channel_fixture.h"
+#include "support/allocation.h"
 #include "support/system_calls.h"
 
 namespace fs = std::filesystem;
@@ -107,10 +108,9 @@ TEST_F(MgrAnswer, AllocationFailureOfTheOutputIsReported) {
     request_.wait = 1;
     virtual_time::Start([](int) {
         Answer(AnswerTo(*queue_end::Take(), 1, std::string(31337, 'p')));
-        system_calls::FailNextAllocationOf(31337);
+        allocation::FailNextOf(31337);
     });
-    if (!system_calls::FailNextAllocationOf(0))
-        GTEST_SKIP() << "the sanitizer keeps the allocator to itself";
+    if (!allocation::FailNextOf(0)) GTEST_SKIP() << "the sanitizer keeps the allocator to itself";
     EXPECT_EQ(ZORSendReqToMgr(&request_), -1);
     EXPECT_EQ(request_.outputData, nullptr);
     ExpectLog({Sender("ERROR", "Failed to calloc()")});

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core/mgr_channel_fixture.h"
+#include "support/allocation.h"
 #include "support/system_calls.h"
 
 namespace fs = std::filesystem;
@@ -84,7 +85,7 @@ TEST_F(MgrChannel, SizeWithoutInputDataIsIgnored) {
 }
 
 TEST_F(MgrChannel, AllocationFailureIsReported) {
-    if (!system_calls::FailNextAllocationOf(sizeof(ZORMgrMessage)))
+    if (!allocation::FailNextOf(sizeof(ZORMgrMessage)))
         GTEST_SKIP() << "the sanitizer keeps the allocator to itself";
     EXPECT_EQ(ZORSendReqToMgr(&request_), -1);
     ExpectLog({Sender("ERROR", "Failed to calloc")});

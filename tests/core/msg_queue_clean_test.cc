@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "support/allocation.h"
 #include "support/node_test.h"
 #include "support/queue_end.h"
 #include "support/system_calls.h"
@@ -180,7 +181,7 @@ TEST_F(MsgQueueClean, QueueThatCannotBeOpenedIsReported) {
 }
 
 TEST_F(MsgQueueClean, AllocationFailureIsReported) {
-    if (!system_calls::FailNextAllocationOf(sizeof(ZORMgrMessage)))
+    if (!allocation::FailNextOf(sizeof(ZORMgrMessage)))
         GTEST_SKIP() << "the sanitizer keeps the allocator to itself";
     Put(2, kHour, 2);
     EXPECT_EQ(ZORCleanAllMsgQueue(kHour), 0);

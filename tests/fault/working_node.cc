@@ -2,12 +2,16 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
 #include "kevacore.h"
 #include "support/queue_end.h"
 #include "zor_core.h"
 #include "zor_filelock.h"
+#include "zor_status.h"
+#include "zor_webapi_core.h"
 
 namespace fs = std::filesystem;
 
@@ -34,6 +38,7 @@ constexpr char kStatus[] =
     "monitor_service_status=\"running,none,none\"\n"
     "system_disk_list=\"sda,sdb\"\n"
     "service_changed=\"yes\"\n"
+    "enc_link_status=\"1\"\n"
     "healthy_status=\"10\"\n"
     "failed_local_interfaces=\"eth0\"\n"
     "failed_local_services=\"samba\"\n";
@@ -67,6 +72,32 @@ std::string Hardware() {
            "[COMMON]\n\tCrashedSpaces=0\n\tAllEnclosure=E1,E2,OLD\n";
 }
 
+constexpr uint32_t kAskNodeCommand = 33;
+constexpr uint32_t kLoadUICommand = 50;
+constexpr uint32_t kHaltCheckCommand = 60;
+constexpr uint32_t kCheckHealthCommand = 63;
+
+// The sizes of the records that senders expect.
+size_t AnswerSize(uint32_t command) {
+    if (command == kAskNodeCommand) return 56;
+    return command == kHaltCheckCommand ? sizeof(ZORHaltCheck) : 0;
+}
+
+void Grant(const ZORMgrMessage &request) {
+    if (request.commandId == kCheckHealthCommand) {
+        unlink("/tmp/zor/.zor.healthy.status.need.update");
+        VLIBCFileTouch("/tmp/zor/.zor.healthy.status.update.done");
+    }
+    if (request.commandId == kLoadUICommand) {
+        int32_t type;
+        memcpy(&type, request.payload, sizeof type);
+        ZORUILoadUI(type);
+    }
+    if (request.wait == 0) return;
+    const std::string payload(AnswerSize(request.commandId), '\0');
+    queue_end::TryPut(queue_end::kAnswers, queue_end::AnswerTo(request, 1, payload));
+}
+
 }  // namespace
 
 void MakeWorkingNode() {
@@ -86,6 +117,7 @@ void MakeWorkingNode() {
     fs::create_directories("/usr/keva/kevazor/bin");
     if (!Exists("/usr/keva/kevazor/bin/kevazor"))
         fs::copy_file("/bin/true", "/usr/keva/kevazor/bin/kevazor");
+    setenv("SERVER_ADDR", "10.0.0.1", 1);
     for (const int queue : {queue_end::kRequests, queue_end::kAnswers}) {
         while (queue_end::Take(queue)) {
         }
@@ -94,11 +126,7 @@ void MakeWorkingNode() {
 
 void GrantRequests() {
     virtual_time::Start([](int) {
-        while (const auto request = queue_end::Take()) {
-            if (request->wait)
-                queue_end::TryPut(queue_end::kAnswers,
-                                  queue_end::AnswerTo(*request, 1, std::string(56, '\0')));
-        }
+        while (const auto request = queue_end::Take()) Grant(*request);
     });
 }
 
@@ -123,4 +151,8 @@ std::vector<std::string> TemporaryFiles() {
         }
     }
     return found;
+}
+
+void BePassive() {
+    ASSERT_EQ(ZORSetHAStatus(ZOR_HOST_LOCAL, ZOR_STATUS_ROLE, "2"), 0);
 }

@@ -15,6 +15,9 @@ constexpr char kCacheFolder[] = "/tmp/zor/ui";
 // Makes the files of the node anew and empties the queues; the log is left alone.
 void MakeWorkingNode();
 
+// Makes the node the passive one of the pair.
+void BePassive();
+
 // From now on the manager grants what is asked for.
 void GrantRequests();
 

@@ -106,10 +106,6 @@ int AskForCluster() {
     return KEVAZORGetZORInfoCached(&info, 0);
 }
 
-void BePassive() {
-    ASSERT_EQ(ZORSetHAStatus(ZOR_HOST_LOCAL, ZOR_STATUS_ROLE, "2"), 0);
-}
-
 // The lock that the window keeps open ends with the call.
 int OpenBiosWindow() {
     FILE *lock = nullptr;

@@ -9,11 +9,7 @@
 #include <cerrno>
 #include <ctime>
 
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define KEVAZOR_SANITIZED_ALLOCATOR 1
-#endif
-#endif
+#include "support/allocation.h"
 
 namespace {
 
@@ -21,7 +17,6 @@ std::atomic<pid_t> thread_id{0};
 std::atomic<pid_t> process_id{0};
 std::atomic<long> uptime{-1};
 std::atomic<bool> sysinfo_fails{false};
-std::atomic<size_t> failing_size{0};
 std::function<void()> after_send;
 
 long SecondsSinceBoot() {
@@ -39,7 +34,7 @@ void Reset() {
     process_id = 0;
     uptime = SecondsSinceBoot();
     sysinfo_fails = false;
-    failing_size = 0;
+    allocation::Stop();
     after_send = nullptr;
 }
 
@@ -57,16 +52,6 @@ void FailSysinfo() {
 }
 void AfterSend(std::function<void()> hook) {
     after_send = std::move(hook);
-}
-
-bool FailNextAllocationOf(size_t size) {
-#ifdef KEVAZOR_SANITIZED_ALLOCATOR
-    (void)size;
-    return false;
-#else
-    failing_size = size;
-    return true;
-#endif
 }
 
 }  // namespace system_calls
@@ -98,28 +83,6 @@ int msgsnd(int queue, const void *message, size_t size, int flags) {
     if (result == 0 && after_send) after_send();
     return result;
 }
-
-#ifndef KEVAZOR_SANITIZED_ALLOCATOR
-
-void *__libc_malloc(size_t size) noexcept;
-void *__libc_calloc(size_t count, size_t size) noexcept;
-
-static bool IsToFail(size_t size) {
-    size_t expected = size;
-    if (size == 0 || !failing_size.compare_exchange_strong(expected, 0)) return false;
-    errno = ENOMEM;
-    return true;
-}
-
-void *malloc(size_t size) noexcept {
-    return IsToFail(size) ? nullptr : __libc_malloc(size);
-}
-
-void *calloc(size_t count, size_t size) noexcept {
-    return IsToFail(count * size) ? nullptr : __libc_calloc(count, size);
-}
-
-#endif
 
 }  // extern "C"
 

@@ -7,7 +7,6 @@
 
 #include <sys/types.h>
 
-#include <cstddef>
 #include <functional>
 
 namespace system_calls {
@@ -22,9 +21,5 @@ void FailSysinfo();
 
 // Runs after each message that was sent.
 void AfterSend(std::function<void()> hook);
-
-// Makes the next allocation of exactly this size fail. False in a build whose
-// sanitizer keeps the allocator to itself.
-bool FailNextAllocationOf(size_t size);
 
 }  // namespace system_calls
