@@ -1,5 +1,6 @@
 #include "fault/call_table.h"
 
+#include <concepts>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -31,7 +32,7 @@ int Text() {
 }
 
 // Records on the heap, where a sanitizer sees their ends.
-template <typename Record, typename... Count>
+template <typename Record, std::same_as<size_t>... Count>
 auto Fresh(Count... count) {
     const allocation::Pause own;
     return std::make_unique<Record>(count...);
@@ -139,7 +140,7 @@ int ReadBothLists() {
 }
 
 int WriteFans() {
-    const auto hosts = Fresh<ZORHWHostInfo[]>(2);
+    const auto hosts = Fresh<ZORHWHostInfo[]>(size_t{2});
     for (ZORHWHostInfo *host : {&hosts[0], &hosts[1]}) {
         host->HostType = host == &hosts[0] ? ZOR_HOST_TYPE_FIRST : ZOR_HOST_TYPE_SECOND;
         host->EncListLength = host->EncListStatus = host->EncListStatusLastCorretPos = 1;
@@ -199,13 +200,13 @@ int ChooseServices() {
 }
 
 int ListServices() {
-    const auto rows = Fresh<ZORMonitorItem[]>(32);
+    const auto rows = Fresh<ZORMonitorItem[]>(size_t{32});
     int32_t count = 0;
     return KEVAZORListMonitor(ZOR_MONITOR_SERVICE, rows.get(), 32, &count);
 }
 
 int ReadNetwork() {
-    const auto rows = Fresh<ZORNetInfo[]>(32);
+    const auto rows = Fresh<ZORNetInfo[]>(size_t{32});
     int32_t count = 0;
     return KEVAZORGetNetInfo(rows.get(), 32, &count);
 }
@@ -228,11 +229,11 @@ int ReadTables() {
 
 const std::vector<ExportedCall> kExportedCalls = {
     // zor_filelock
-    {{"ZORFileLock", "ZORFileUnlock"}, LockAndUnlock, kLocksProcess},
+    {{"ZORFileLock", "ZORFileUnlock"}, LockAndUnlock},
     {{"ZORForceFileUnlock"}, [] { return ZORForceFileUnlock(ZOR_LOCK_BOOT_PROCEDURE); }},
-    {{"ZORHWWaitAndLock", "ZORHWUnlock"}, LockAndUnlockHardware, kLocksProcess},
-    {{"ZORChkIfLockAndLock", "ZORChkIfUnlockAndUnlock"}, LockAndUnlockCommand, kLocksProcess},
-    {{"KEVAZORAdjustSystemRaidLock"}, LockAndUnlockRaid, kLocksProcess},
+    {{"ZORHWWaitAndLock", "ZORHWUnlock"}, LockAndUnlockHardware},
+    {{"ZORChkIfLockAndLock", "ZORChkIfUnlockAndUnlock"}, LockAndUnlockCommand},
+    {{"KEVAZORAdjustSystemRaidLock"}, LockAndUnlockRaid},
     {{"ZORGetCmdLockGroupID"}, [] { return ZORGetCmdLockGroupID(kGroupedCommand); }, kQuery},
     {{"ZORConsoleOutput"}, [] { return ZORConsoleOutput("a line"); }},
     {{"__zorlog"}, WriteLogLine},
@@ -297,19 +298,18 @@ const std::vector<ExportedCall> kExportedCalls = {
          char value[64];
          return ZORGetHAConf(ZOR_HOST_REMOTE, ZOR_CONF_SN, value, sizeof value);
      },
-     kQuery | kLocksProcess},
-    {{"ZORSetHAConf"},
-     [] { return ZORSetHAConf(ZOR_HOST_CLUSTER, ZOR_CONF_MONITOR_SERVICE, "no,no"); },
-     kLocksProcess},
-    {{"ZORPrepareCachedConf"}, ZORPrepareCachedConf, kLocksProcess},
+     kQuery},
+    {
+        {"ZORSetHAConf"},
+        [] { return ZORSetHAConf(ZOR_HOST_CLUSTER, ZOR_CONF_MONITOR_SERVICE, "no,no"); },
+    },
+    {{"ZORPrepareCachedConf"}, ZORPrepareCachedConf},
     {{"ZORSetHAConfChangeFlag"}, ZORSetHAConfChangeFlag},
     {{"ZORIsConfChanged"}, ZORIsConfChanged, kQuery},
     {{"ZORCleanConfChangeFlag"},
      [] { return ZORSetHAConfChangeFlag() | ZORCleanConfChangeFlag(); }},
-    {{"ZORGetSyncHAConf"},
-     [] { return WithRecord<ZORSyncConf>(ZORGetSyncHAConf); },
-     kQuery | kLocksProcess},
-    {{"ZORSetSyncHAConf"}, SetConfRecord, kOnPassive | kLocksProcess},
+    {{"ZORGetSyncHAConf"}, [] { return WithRecord<ZORSyncConf>(ZORGetSyncHAConf); }, kQuery},
+    {{"ZORSetSyncHAConf"}, SetConfRecord, kOnPassive},
     {{"ZORGetServiceNameList"}, Text<ZORGetServiceNameList>, kQuery},
     {{"ZORIsSkipRestartService"}, [] { return ZORIsSkipRestartService("samba"); }, kQuery},
     // zor_constraint
@@ -319,13 +319,15 @@ const std::vector<ExportedCall> kExportedCalls = {
          return ZORGetConstraint(ZOR_HOST_LOCAL, ZOR_CONSTRAINT_FAILED_SERVICES, value,
                                  sizeof value);
      },
-     kQuery | kLocksProcess},
-    {{"ZORSetConstraint"},
-     [] { return ZORSetConstraint(ZOR_HOST_LOCAL, ZOR_CONSTRAINT_FAILED_SERVICES, "nfsd"); },
-     kLocksProcess},
-    {{"ZORCleanConstraint"},
-     [] { return ZORCleanConstraint(ZOR_HOST_LOCAL, ZOR_CONSTRAINT_FAILOVER_FROM); },
-     kLocksProcess},
+     kQuery},
+    {
+        {"ZORSetConstraint"},
+        [] { return ZORSetConstraint(ZOR_HOST_LOCAL, ZOR_CONSTRAINT_FAILED_SERVICES, "nfsd"); },
+    },
+    {
+        {"ZORCleanConstraint"},
+        [] { return ZORCleanConstraint(ZOR_HOST_LOCAL, ZOR_CONSTRAINT_FAILOVER_FROM); },
+    },
     // zor_core
     {{"ZORSendReqToMgr"}, SendAndWait},
     {{"ZORGetTimeCode"}, [] { return static_cast<int>(ZORGetTimeCode()); }, kQuery},
@@ -335,22 +337,20 @@ const std::vector<ExportedCall> kExportedCalls = {
     {{"ZORGetCustomSerialNumber"}, Text<ZORGetCustomSerialNumber>, kQuery},
     {{"KEVAZORGetOriginalSN"}, Text<KEVAZORGetOriginalSN>, kQuery},
     {{"KEVAZORGetCustomSN"}, Text<KEVAZORGetCustomSN>, kQuery},
-    {{"KEVAZORGetRemoteOriginalSN"}, Text<KEVAZORGetRemoteOriginalSN>, kQuery | kLocksProcess},
+    {{"KEVAZORGetRemoteOriginalSN"}, Text<KEVAZORGetRemoteOriginalSN>, kQuery},
     {{"KEVAZORGetSerialNumber"},
      [] {
          char text[64];
          return KEVAZORGetSerialNumber(0, text, sizeof text);
      },
-     kQuery | kLocksProcess},
+     kQuery},
     {{"KEVAZORGetMac"},
      [] {
          char text[64];
          return KEVAZORGetMac(1, text, sizeof text);
      },
-     kQuery | kLocksProcess},
-    {{"ZORGetConfIfInfo"},
-     [] { return WithRecord<ZORIfInfo>(ZORGetConfIfInfo); },
-     kQuery | kLocksProcess},
+     kQuery},
+    {{"ZORGetConfIfInfo"}, [] { return WithRecord<ZORIfInfo>(ZORGetConfIfInfo); }, kQuery},
     {{"ZORParseIFIndex"},
      [] {
          int32_t index;
@@ -358,7 +358,7 @@ const std::vector<ExportedCall> kExportedCalls = {
      },
      kQuery},
     {{"ZORValidateIFPrefix"}, [] { return ZORValidateIFPrefix("bond1", 0, 1); }, kQuery},
-    {{"ZORIsHeartbeatLinkNormal"}, ZORIsHeartbeatLinkNormal, kQuery | kLocksProcess},
+    {{"ZORIsHeartbeatLinkNormal"}, ZORIsHeartbeatLinkNormal, kQuery},
     {{"ZORSetNetConfChanging"}, [] { return ZORSetNetConfChanging(1); }},
     {{"ZORIsNetConfChanging"}, ZORIsNetConfChanging, kQuery},
     {{"KEVAZORBonding"}, [] { return KEVAZORBonding("bond0:eth0:eth1", 15); }},
@@ -407,9 +407,7 @@ const std::vector<ExportedCall> kExportedCalls = {
     {{"KEVAZORResetButtonPress"}, KEVAZORResetButtonPress},
     {{"ZORIsUpgradingBios"}, ZORIsUpgradingBios, kQuery},
     {{"ZORBiosUpgradeStart", "ZORBiosUpgradeEnd"}, RaiseAndLowerBiosFlag, kStartsPrograms},
-    {{"KEVAZORBiosUpgradeStart", "KEVAZORBiosUpgradeEnd"},
-     OpenAndCloseBiosWindow,
-     kStartsPrograms | kLocksProcess},
+    {{"KEVAZORBiosUpgradeStart", "KEVAZORBiosUpgradeEnd"}, OpenAndCloseBiosWindow, kStartsPrograms},
     {{"ZORSetPriority"}, [] { return ZORSetPriority(0, 0, 0); }},
     // zor_hwinfo_core and zor_encinfo
     {{"HWReadHostValue"},
@@ -423,54 +421,52 @@ const std::vector<ExportedCall> kExportedCalls = {
          return WithRecord<ZORHWHostInfo>(
              [](ZORHWHostInfo *host) { return ZORHWReadHostValue(ZOR_HOST_LOCAL, host); });
      },
-     kQuery | kLocksProcess},
+     kQuery},
     {{"HWReadEncList"},
      [] {
          return WithRecord<ZORHWHostInfo>(
              [](ZORHWHostInfo *host) { return HWReadEncList(ZOR_HOST_LOCAL, host); });
      },
      kQuery},
-    {{"ZORHWGetEncListCached"}, ReadBothLists, kQuery | kLocksProcess},
+    {{"ZORHWGetEncListCached"}, ReadBothLists, kQuery},
     {{"ZORHWUtilGetEncListStr"}, ListText, kQuery},
-    {{"HWWriteEncInfoToFile"}, WriteEnclosures, kLocksProcess},
+    {{"HWWriteEncInfoToFile"}, WriteEnclosures},
     {{"HWSetSection"}, SetSection},
-    {{"ZORHWWriteFanPowerStatus"}, WriteFans, kLocksProcess},
-    {{"ZORHWGetHostNodeType"}, ZORHWGetHostNodeType, kQuery | kLocksProcess},
-    {{"ZORHWGetEncListStatus"},
-     [] { return ZORHWGetEncListStatus(ZOR_HOST_LOCAL); },
-     kQuery | kLocksProcess},
-    {{"ZORHWGetMemory"}, [] { return ZORHWGetMemory(ZOR_HOST_LOCAL); }, kQuery | kLocksProcess},
+    {{"ZORHWWriteFanPowerStatus"}, WriteFans},
+    {{"ZORHWGetHostNodeType"}, ZORHWGetHostNodeType, kQuery},
+    {{"ZORHWGetEncListStatus"}, [] { return ZORHWGetEncListStatus(ZOR_HOST_LOCAL); }, kQuery},
+    {{"ZORHWGetMemory"}, [] { return ZORHWGetMemory(ZOR_HOST_LOCAL); }, kQuery},
     {{"ZORHWGetVolumnStatus"},
      [] {
          uint32_t flags;
          return ZORHWGetVolumnStatus(&flags);
      },
-     kQuery | kLocksProcess},
-    {{"ZORHWGetFailedEncHardware"}, Text<ZORHWGetFailedEncHardware>, kQuery | kLocksProcess},
+     kQuery},
+    {{"ZORHWGetFailedEncHardware"}, Text<ZORHWGetFailedEncHardware>, kQuery},
     {{"KEVAZORHostEncInfoGet"},
-     [] { return WithRecord<ZORClusterEncInfo>(KEVAZORHostEncInfoGet); },
-     kQuery | kLocksProcess},
-    {{"KEVAZORGetEncFanStatus"}, ReadFans, kQuery | kLocksProcess},
+     [] { return WithRecord<ZORClusterEncInfo>(KEVAZORHostEncInfoGet); }},
+    {{"KEVAZORGetEncFanStatus"}, ReadFans, kQuery},
     // zor_webapi_core
-    {{"ZORUIGetZORInfo"}, ZORUIGetZORInfo, kLocksProcess},
-    {{"KEVAZORGetZORInfoCached"},
-     [] {
-         return WithRecord<ZORUIInfo>(
-             [](ZORUIInfo *info) { return KEVAZORGetZORInfoCached(info, 0); });
-     },
-     kLocksProcess},
+    {{"ZORUIGetZORInfo"}, ZORUIGetZORInfo},
+    {
+        {"KEVAZORGetZORInfoCached"},
+        [] {
+            return WithRecord<ZORUIInfo>(
+                [](ZORUIInfo *info) { return KEVAZORGetZORInfoCached(info, 0); });
+        },
+    },
     {{"KEVAZORGetNodeInfoCached"},
      [] {
          return WithRecord<ZORNodeInfo>(
              [](ZORNodeInfo *info) { return KEVAZORGetNodeInfoCached(1, info, 0); });
      }},
-    {{"ZORUILoadUI"}, [] { return ZORUILoadUI(ZOR_UI_LOCAL_NODE); }, kLocksProcess},
-    {{"KEVAZORGetNetInfo"}, ReadNetwork, kQuery | kLocksProcess},
-    {{"KEVAZORListMonitor"}, ListServices, kQuery | kLocksProcess},
-    {{"KEVAZORSetMonitor"}, ChooseServices, kLocksProcess},
+    {{"ZORUILoadUI"}, [] { return ZORUILoadUI(ZOR_UI_LOCAL_NODE); }},
+    {{"KEVAZORGetNetInfo"}, ReadNetwork, kQuery},
+    {{"KEVAZORListMonitor"}, ListServices, kQuery},
+    {{"KEVAZORSetMonitor"}, ChooseServices},
     {{"KEVAZORGetEnclosure"},
      [] { return WithRecord<ZOREnclosureStatus>(KEVAZORGetEnclosure); },
-     kQuery | kLocksProcess},
+     kQuery},
     {{"KEVAZORCheckHaltOpt"},
      [] {
          return WithRecord<ZORHaltCheck>(
@@ -482,14 +478,6 @@ std::vector<ExportedCall> CallsWith(CallTrait trait) {
     std::vector<ExportedCall> calls;
     for (const ExportedCall &call : kExportedCalls) {
         if (call.Is(trait)) calls.push_back(call);
-    }
-    return calls;
-}
-
-std::vector<ExportedCall> CallsWithout(CallTrait trait) {
-    std::vector<ExportedCall> calls;
-    for (const ExportedCall &call : kExportedCalls) {
-        if (!call.Is(trait)) calls.push_back(call);
     }
     return calls;
 }

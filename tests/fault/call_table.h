@@ -10,9 +10,8 @@
 enum CallTrait : unsigned {
     kQuery = 1,           // reads, and changes nothing
     kStartsPrograms = 2,  // a thousand times dearer than the others
-    kLocksProcess = 4,    // record locks belong to a process, not to its threads
-    kOnPassive = 8,       // refused by an active node
-    kTimesOut = 16,       // waits for what does not come: a peer that goes
+    kOnPassive = 4,       // refused by an active node
+    kTimesOut = 8,        // waits for what does not come: a peer that goes
 };
 
 struct ExportedCall {
@@ -31,6 +30,5 @@ inline void PrintTo(const ExportedCall &call, std::ostream *out) {
 
 extern const std::vector<ExportedCall> kExportedCalls;
 
-// The calls with or without a trait.
+// The calls with a trait.
 std::vector<ExportedCall> CallsWith(CallTrait trait);
-std::vector<ExportedCall> CallsWithout(CallTrait trait);

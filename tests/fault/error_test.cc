@@ -8,8 +8,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <set>
-#include <sstream>
 
 #include "fault/every_writer.h"
 
@@ -31,42 +29,6 @@ class Failing : public EveryWriter {
     // The log's own calls: a fault in them costs a line and nothing else.
     static bool IsLogCall(long call) {
         return call == SYS_sendto || call == SYS_connect || call == SYS_socket;
-    }
-
-    static std::set<std::string> LinesOf(const std::string &text) {
-        std::set<std::string> lines;
-        std::istringstream stream(text);
-        for (std::string line; std::getline(stream, line);) lines.insert(line);
-        return lines;
-    }
-
-    // Whether a text has only whole lines that it may have, and all that stay the same
-    // in the course: a sequence of writes may lack some that have failed.
-    static bool HasWholeLines(const Course &course, size_t file, const std::string &text) {
-        std::set<std::string> allowed;
-        std::set<std::string> kept = LinesOf(course.states.front()[file].value_or(""));
-        for (const FileState &state : course.states) {
-            const std::set<std::string> lines = LinesOf(state[file].value_or(""));
-            allowed.insert(lines.begin(), lines.end());
-            std::erase_if(kept, [&](const std::string &line) { return !lines.contains(line); });
-        }
-        const std::set<std::string> lines = LinesOf(text);
-        return std::includes(allowed.begin(), allowed.end(), lines.begin(), lines.end()) &&
-               std::includes(lines.begin(), lines.end(), kept.begin(), kept.end());
-    }
-
-    static bool IsWhole(const Course &course, const FileState &state) {
-        for (size_t file = 0; file < state.size(); ++file) {
-            const auto holds = [&](const FileState &other) { return other[file] == state[file]; };
-            if (std::any_of(course.states.begin(), course.states.end(), holds)) continue;
-            const auto &last = course.states.back()[file];
-            const bool is_record = last && last->find('\0') != std::string::npos;
-            if (!state[file]) return false;
-            if (is_record ? state[file]->size() != last->size()
-                          : !HasWholeLines(course, file, *state[file]))
-                return false;
-        }
-        return true;
     }
 
     void Run(const Writer &writer, const Course &course, const Fault &fault, Sweep *sweep) {
@@ -99,7 +61,7 @@ class Failing : public EveryWriter {
     Sweep SweepErrors(const Writer &writer, const Course &course) {
         Sweep sweep;
         const bool is_long = course.system_calls > kManyCalls;
-        for (int at = 1; at <= course.system_calls; at += kStride) {
+        for (int at = 1; at <= course.system_calls; at += StrideOf(course)) {
             if (is_long) {
                 Run(writer, course, Fault::Error(at, kErrors[static_cast<size_t>(at) % 5]), &sweep);
                 continue;
@@ -111,7 +73,7 @@ class Failing : public EveryWriter {
 
     Sweep SweepShort(const Writer &writer, const Course &course) {
         Sweep sweep;
-        for (int at = 1; at <= course.system_calls; at += kStride)
+        for (int at = 1; at <= course.system_calls; at += StrideOf(course))
             Run(writer, course, Fault::Short(at), &sweep);
         return sweep;
     }

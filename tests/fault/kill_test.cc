@@ -21,7 +21,7 @@ class Killed : public EveryWriter {
 
     Sweep SweepOver(const Writer &writer, const Course &course) {
         Sweep sweep;
-        for (int at = 1;; at += kStride) {
+        for (int at = 1;; at += StrideOf(course)) {
             Prepare(writer);
             if (!RunTraced(writer.call, Fault::Kill(at)).was_killed) break;
             ++sweep.points;
