@@ -31,6 +31,11 @@ struct Oddity {
     void (*plant)(const char *path);
 };
 
+// How GoogleTest prints a row.
+void PrintTo(const Oddity &oddity, std::ostream *out) {
+    *out << oddity.name;
+}
+
 const Oddity kOddities[] = {
     {"Link",
      [](const char *path) {

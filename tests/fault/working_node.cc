@@ -101,6 +101,7 @@ void Grant(const ZORMgrMessage &request) {
 }  // namespace
 
 void MakeWorkingNode() {
+    for (const std::string &path : TemporaryFiles()) fs::remove(path);
     for (const char *folder : {kRuntimeFolder, "/usr/keva/etc/kevazor", "/var/lib/zor"}) {
         for (const fs::directory_entry &entry : fs::directory_iterator(folder)) {
             if (entry.path().filename() != ".msg_queue_key_file") fs::remove_all(entry.path());

@@ -2,17 +2,13 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 
+#include "fuzz/require.h"
 #include "zor_hwinfo_core.h"
 #include "zor_status.h"
 
 constexpr char kHardwareFile[] = "/tmp/zor/hw_info";
-
-inline void Require(bool condition) {
-    if (!condition) abort();
-}
 
 // A record between two guards.
 struct GuardedHost {

@@ -6,20 +6,16 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
+#include "fuzz/require.h"
 #include "support/node_files.h"
 #include "zor_core.h"
 
 namespace {
 
 constexpr const char *kRoles[] = {"0", "1", "2", "4"};
-
-void Require(bool condition) {
-    if (!condition) abort();
-}
 
 bool IsFlag(int32_t value) {
     return value == 0 || value == 1;

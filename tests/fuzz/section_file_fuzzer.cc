@@ -6,11 +6,11 @@
 #include <kevacore.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
 
+#include "fuzz/require.h"
 #include "support/node_files.h"
 
 namespace {
@@ -18,10 +18,6 @@ namespace {
 constexpr char kFile[] = "/tmp/zor/fuzzed";
 constexpr char kFormat[] = "\t%s=%s\n";
 constexpr char kValue[] = "a=b\"c";
-
-void Require(bool condition) {
-    if (!condition) abort();
-}
 
 // Negative results count as absent.
 std::string Value(const char *section, const char *key) {
