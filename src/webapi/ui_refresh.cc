@@ -4,6 +4,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <iterator>
 
 #include "core/request_sender.h"
@@ -37,7 +38,9 @@ constexpr char kReporter[] = "ZORSendLoadUIRequest";
 class FirstCaller {
   public:
     FirstCaller() : folder_(open(kSnapshotFolder, O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-        isFirst_ = !folder_.IsOpen() || flock(folder_.Get(), LOCK_EX | LOCK_NB) == 0;
+        // What cannot be locked guards nobody, and keeps nobody back.
+        isFirst_ = !folder_.IsOpen() || flock(folder_.Get(), LOCK_EX | LOCK_NB) == 0 ||
+                   errno != EWOULDBLOCK;
     }
 
     bool IsFirst() const { return isFirst_; }

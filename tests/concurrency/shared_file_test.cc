@@ -80,7 +80,7 @@ TEST_F(SharedFile, LockedIncrementsOfEightProcessesAreAllThere) {
     char value[16] = "";
     EXPECT_EQ(ZORGetHAStatus(1, ZOR_STATUS_SERVICE_CHANGED, value, sizeof value), 1);
     EXPECT_EQ(atoi(value), kProcesses * kIncrements);
-    printf("%d locked increments of %d processes, %s there\n", kProcesses * kIncrements, kProcesses,
+    printf("figure: %d locked increments of %d processes, %s there\n", kProcesses * kIncrements, kProcesses,
            value);
 }
 
@@ -128,7 +128,7 @@ TEST_F(SharedFile, LockFreeReadersBesideAWriterSeeNothingTornOrAbsent) {
     for (std::thread &reader : readers) reader.join();
     EXPECT_EQ(counts.torn, 0);
     EXPECT_EQ(counts.absent, 0);
-    printf("%ld reads by 4 readers beside %d writes: %ld torn, %ld absent\n", counts.reads.load(),
+    printf("figure: %ld reads by 4 readers beside %d writes: %ld torn, %ld absent\n", counts.reads.load(),
            writes, counts.torn.load(), counts.absent.load());
 }
 
@@ -169,7 +169,7 @@ TEST_F(SharedFile, KilledWritersLeaveAWholeFileAndAFreeLock) {
         ZORFileUnlock(&handle);
         ASSERT_EQ(ZORSetHAStatus(2, ZOR_STATUS_HOST_IP, Uniform(round).c_str()), 0);
     }
-    printf("%d writers killed, 0 torn, seed %u\n", kRounds, kSeed);
+    printf("figure: %d writers killed, 0 torn, seed %u\n", kRounds, kSeed);
 }
 
 TEST_F(SharedFile, WritersWithoutALockLeaveAWholeFile) {

@@ -152,7 +152,7 @@ TEST_F(ConfCache, UnlockedFillersTearNothing) {
     done = true;
     rebuilder.join();
     EXPECT_EQ(wrong, 0);
-    printf("%d reads beside rebuilds: %ld torn or absent\n", kReads * 8, wrong.load());
+    printf("figure: %d reads beside rebuilds: %ld torn or absent\n", kReads * 8, wrong.load());
 }
 
 }  // namespace

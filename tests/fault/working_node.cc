@@ -147,7 +147,8 @@ std::vector<std::string> TemporaryFiles() {
     std::vector<std::string> found;
     for (const char *folder :
          {kRuntimeFolder, kCacheFolder, "/usr/keva/etc/kevazor", "/var/lib/zor", "/"}) {
-        for (const fs::directory_entry &entry : fs::directory_iterator(folder)) {
+        std::error_code absent;
+        for (const fs::directory_entry &entry : fs::directory_iterator(folder, absent)) {
             if (entry.path().extension() == ".temp") found.push_back(entry.path());
         }
     }

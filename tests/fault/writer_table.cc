@@ -167,7 +167,7 @@ const std::vector<Writer> kWriters = {
     {"ZORHWWriteFanPowerStatus", WriteFans, {kHardwareFile}, 3},
     {"ZORUIGetZORInfo", ZORUIGetZORInfo, {kClusterCache}, 2, kGuesses},
     {"ZORUILoadUI", [] { return ZORUILoadUI(1); }, {kLocalCache}, 2, kGuesses},
-    {"KEVAZORGetZORInfoCached", AskForCluster, {kClusterFlag}, 3, kOnce},
+    {"KEVAZORGetZORInfoCached", AskForCluster, {kClusterFlag}, 3, kSilent | kOnce},
     {"ZORSetNetConfChanging", [] { return ZORSetNetConfChanging(1); }, {kNetFlag}, 2, kSilent},
     {"KEVAZORSetMonitor", ChooseServices, {kConfFile, kConfFlag}, 2},
     {"KEVAZORUpgrade",

@@ -228,7 +228,7 @@ TEST_F(UiCacheWriting, ConcurrentWritersLeaveWholeRecords) {
     done = true;
     for (std::thread &writer : writers) writer.join();
     EXPECT_EQ(torn, 0);
-    printf("%d reads beside 3 writers without the lock: %d short\n", kReads, torn);
+    printf("figure: %d reads beside 3 writers without the lock: %d short\n", kReads, torn);
     log_.Take();
 }
 
@@ -327,7 +327,7 @@ TEST_F(UiRefresh, ManyCallersAtOnceAskOnce) {
         EXPECT_LE(std::count(requests.begin(), requests.end(), type), taken.count() + 1.01) << type;
         EXPECT_GE(std::count(requests.begin(), requests.end(), type), 1) << type;
     }
-    printf("%d calls of %d threads in %.1f s: %zu requests\n", kCalls, kThreads, taken.count(),
+    printf("figure: %d calls of %d threads in %.1f s: %zu requests\n", kCalls, kThreads, taken.count(),
            requests.size());
     // Waiting for the hardware lock takes no time here, so that some give it up.
     for (const std::string &line : log_.Take())
