@@ -82,6 +82,11 @@ struct PowerCase {
     int (*call)();
 };
 
+// How GoogleTest prints a row.
+void PrintTo(const PowerCase &row, std::ostream *out) {
+    *out << row.name;
+}
+
 class PowerCut : public NodeTest, public testing::WithParamInterface<PowerCase> {
   protected:
     PowerCut() { GrantRequests(); }

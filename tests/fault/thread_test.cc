@@ -30,7 +30,7 @@ class Threads : public NodeTest {
     Threads() {
         MakeWorkingNode();
         // A second of waiting for a lock takes a moment, so that none is given up.
-        virtual_time::Start([](int) { usleep(kIsSlowBuild ? 20000 : 2000); });
+        virtual_time::Start([](int) { usleep(20000); });
         ZORPrepareCachedConf();
     }
 
