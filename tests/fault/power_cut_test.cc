@@ -35,16 +35,8 @@ class LoopDevice {
   public:
     explicit LoopDevice(const char *path) {
         mknod("/dev/loop-control", S_IFCHR | 0600, makedev(10, 237));
-        const int control = open("/dev/loop-control", O_RDWR | O_CLOEXEC);
-        const int number = control < 0 ? -1 : ioctl(control, LOOP_CTL_GET_FREE);
-        if (control >= 0) close(control);
-        if (number < 0) return;
-        path_ = "/dev/loop" + std::to_string(number);
-        mknod(path_.c_str(), S_IFBLK | 0600, makedev(7, static_cast<unsigned>(number)));
-        device_ = open(path_.c_str(), O_RDWR | O_CLOEXEC);
-        const int file = open(path, O_RDWR | O_CLOEXEC);
-        is_attached_ = device_ >= 0 && file >= 0 && ioctl(device_, LOOP_SET_FD, file) == 0;
-        if (file >= 0) close(file);
+        // Another test may take the number that was free a moment ago.
+        for (int attempt = 0; attempt < 20 && !is_attached_; ++attempt) Attach(path);
     }
     ~LoopDevice() {
         if (is_attached_) ioctl(device_, LOOP_CLR_FD);
@@ -62,6 +54,20 @@ class LoopDevice {
     }
 
   private:
+    void Attach(const char *path) {
+        const int control = open("/dev/loop-control", O_RDWR | O_CLOEXEC);
+        const int number = control < 0 ? -1 : ioctl(control, LOOP_CTL_GET_FREE);
+        if (control >= 0) close(control);
+        if (number < 0) return;
+        path_ = "/dev/loop" + std::to_string(number);
+        mknod(path_.c_str(), S_IFBLK | 0600, makedev(7, static_cast<unsigned>(number)));
+        if (device_ >= 0) close(device_);
+        device_ = open(path_.c_str(), O_RDWR | O_CLOEXEC);
+        const int file = open(path, O_RDWR | O_CLOEXEC);
+        is_attached_ = device_ >= 0 && file >= 0 && ioctl(device_, LOOP_SET_FD, file) == 0;
+        if (file >= 0) close(file);
+    }
+
     std::string path_;
     int device_ = -1;
     bool is_attached_ = false;
