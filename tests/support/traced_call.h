@@ -28,7 +28,7 @@ struct TracedCall {
     bool was_hit = false;  // false where the fault does not apply to the system call
     bool was_killed = false;
     int result = 0;          // of the call, when it was not killed
-    int system_calls = 0;    // that it made, or had begun
+    int system_calls = 0;    // that were counted: memory, signals and the like are not
     long faulted_call = -1;  // the kernel's number of the one with the fault
 };
 
