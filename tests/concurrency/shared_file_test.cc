@@ -80,8 +80,8 @@ TEST_F(SharedFile, LockedIncrementsOfEightProcessesAreAllThere) {
     char value[16] = "";
     EXPECT_EQ(ZORGetHAStatus(1, ZOR_STATUS_SERVICE_CHANGED, value, sizeof value), 1);
     EXPECT_EQ(atoi(value), kProcesses * kIncrements);
-    printf("figure: %d locked increments of %d processes, %s there\n", kProcesses * kIncrements, kProcesses,
-           value);
+    printf("figure: %d locked increments of %d processes, %s there\n", kProcesses * kIncrements,
+           kProcesses, value);
 }
 
 // A value that shows a tear: one letter, many times.
@@ -128,8 +128,8 @@ TEST_F(SharedFile, LockFreeReadersBesideAWriterSeeNothingTornOrAbsent) {
     for (std::thread &reader : readers) reader.join();
     EXPECT_EQ(counts.torn, 0);
     EXPECT_EQ(counts.absent, 0);
-    printf("figure: %ld reads by 4 readers beside %d writes: %ld torn, %ld absent\n", counts.reads.load(),
-           writes, counts.torn.load(), counts.absent.load());
+    printf("figure: %ld reads by 4 readers beside %d writes: %ld torn, %ld absent\n",
+           counts.reads.load(), writes, counts.torn.load(), counts.absent.load());
 }
 
 // The method must be able to find a tear: a writer that truncates and writes.

@@ -176,8 +176,8 @@ TEST_F(Constraint, UnlockedWritersLeaveAWholeFile) {
     for (std::thread &writer : writers) writer.join();
     EXPECT_EQ(wrong, 0);
     EXPECT_GT(writes, 0);
-    printf("figure: %d reads beside %ld writes without a lock: %ld torn or absent\n", kReads, writes.load(),
-           wrong);
+    printf("figure: %d reads beside %ld writes without a lock: %ld torn or absent\n", kReads,
+           writes.load(), wrong);
     for (const std::string &line : log_.Take()) EXPECT_TRUE(IsOfALockedConf(line)) << line;
 }
 

@@ -327,8 +327,8 @@ TEST_F(UiRefresh, ManyCallersAtOnceAskOnce) {
         EXPECT_LE(std::count(requests.begin(), requests.end(), type), taken.count() + 1.01) << type;
         EXPECT_GE(std::count(requests.begin(), requests.end(), type), 1) << type;
     }
-    printf("figure: %d calls of %d threads in %.1f s: %zu requests\n", kCalls, kThreads, taken.count(),
-           requests.size());
+    printf("figure: %d calls of %d threads in %.1f s: %zu requests\n", kCalls, kThreads,
+           taken.count(), requests.size());
     // Waiting for the hardware lock takes no time here, so that some give it up.
     for (const std::string &line : log_.Take())
         EXPECT_EQ(line, "ERROR zor_hwinfo_core(ZORHWGetHostNodeType): Failed to lock");
