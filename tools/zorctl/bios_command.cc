@@ -51,7 +51,7 @@ void AddBiosCommand(const Verb &app) {
     bios.NeedsVerb();
 
     const auto hold = std::make_shared<bool>(false);
-    const Verb start = bios.Add("start", "open the window");
+    const Verb start = bios.Add("start", "open the window", "--dry-run");
     start.AddFlag("--hold", *hold, "keep the lock until a signal, and close the window then");
     const auto start_options = AddActionFlags(start);
     start.Runs([=] {
@@ -63,7 +63,7 @@ void AddBiosCommand(const Verb &app) {
         return RunAction(plan, *start_options, [=] { return Start(*hold); });
     });
 
-    const Verb end = bios.Add("end", "close the window");
+    const Verb end = bios.Add("end", "close the window", "--dry-run");
     const auto end_options = AddActionFlags(end);
     end.Runs([=] {
         const ActionPlan plan = {"Closing the BIOS upgrade window",

@@ -105,7 +105,8 @@ void AddClusterCommands(const Verb &app) {
     nodes.Runs([=] { return ShowNodes(nodes.PrintsJson()); });
 
     const auto seconds = std::make_shared<int>(0);
-    const Verb watch = app.Add("watch", "the cluster's page, drawn again each second");
+    const Verb watch =
+        app.Add("watch", "the cluster's page, drawn again each second", "--seconds 10");
     watch.AddOption("--seconds", *seconds, "stop after so many seconds; 0: never").ShowsDefault();
     watch.Runs([=] { return Watch(*seconds); });
 }

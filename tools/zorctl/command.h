@@ -26,3 +26,4 @@ void AddNetworkCommand(const Verb &app);
 void AddMonitorCommand(const Verb &app);
 void AddEnclosuresCommands(const Verb &app);
 void AddDoctorCommand(const Verb &app);
+void AddCompletionCommand(const Verb &app, const CommandLine &command_line);

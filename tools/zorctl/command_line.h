@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,22 +19,30 @@ using WordCheck = std::function<std::string(const std::string &word)>;
 
 class Option {
   public:
-    explicit Option(CLI::Option *option) : option_(option) {}
+    // What the words of each option may be, for whoever completes a command line.
+    using Suggestions = std::map<const CLI::Option *, std::vector<std::string>>;
+
+    Option(CLI::Option *option, Suggestions *suggestions)
+        : option_(option), suggestions_(suggestions) {}
 
     const Option &Required() const;
     const Option &OneOf(const std::vector<std::string> &words) const;
     const Option &CheckedBy(const WordCheck &check) const;
+    const Option &Suggests(const std::vector<std::string> &words) const;
     const Option &ShowsDefault() const;
     const Option &Excludes(const Option &other) const;
     bool IsGiven() const;
 
   private:
     CLI::Option *option_;
+    Suggestions *suggestions_;
 };
 
 class Verb {
   public:
-    Verb Add(const std::string &name, const std::string &description) const;
+    // Example: the words behind the verb in the example that its help ends with.
+    Verb Add(const std::string &name, const std::string &description,
+             const std::string &example = "") const;
     void NeedsVerb() const;
     void AddFooter(const std::string &text) const;
 
@@ -61,6 +70,7 @@ class Verb {
     struct Chosen {
         bool json = false;
         std::function<int()> action;
+        Option::Suggestions suggestions;
     };
     Verb(CLI::App *app, Chosen *chosen) : app_(app), chosen_(chosen) {}
 
@@ -81,6 +91,10 @@ class CommandLine {
     CommandLine &operator=(const CommandLine &) = delete;
 
     Verb Root() const;
+
+    // What the last word may become, each with what it means behind a tab.
+    std::vector<std::string> Complete(const std::vector<std::string> &words) const;
+
     // Does what the words ask for. Returns the exit code.
     int Run(int argc, char **argv) const;
 

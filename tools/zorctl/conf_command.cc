@@ -43,6 +43,12 @@ const Setting *Find(const std::string &name) {
     return nullptr;
 }
 
+std::vector<std::string> Names() {
+    std::vector<std::string> names;
+    for (const Setting &setting : kSettings) names.push_back(setting.name);
+    return names;
+}
+
 std::string CheckSetting(const std::string &name) {
     return Find(name) ? "" : "there is no setting '" + name + "'; see zorctl conf list";
 }
@@ -110,13 +116,20 @@ void AddConfCommand(const Verb &app) {
     list.AddJsonFlag();
     list.Runs([=] { return List(list.PrintsJson()); });
 
-    const Verb get = conf.Add("get", "print a setting");
-    get.AddOption("setting", arguments->name, "its name").Required().CheckedBy(CheckSetting);
+    const Verb get = conf.Add("get", "print a setting", "local-serial");
+    get.AddOption("setting", arguments->name, "its name")
+        .Required()
+        .CheckedBy(CheckSetting)
+        .Suggests(Names());
     get.AddJsonFlag();
     get.Runs([=] { return Get(arguments->name, get.PrintsJson()); });
 
-    const Verb set = conf.Add("set", "change a setting, on the active node");
-    set.AddOption("setting", arguments->name, "its name").Required().CheckedBy(CheckSetting);
+    const Verb set =
+        conf.Add("set", "change a setting, on the active node", "monitored-services yes,no");
+    set.AddOption("setting", arguments->name, "its name")
+        .Required()
+        .CheckedBy(CheckSetting)
+        .Suggests(Names());
     set.AddOption("value", arguments->value, "the new value, may be empty").Required();
     set.Runs([=] { return Set(arguments->name, arguments->value); });
 

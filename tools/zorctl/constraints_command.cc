@@ -95,12 +95,12 @@ void AddConstraintsCommand(const Verb &app) {
     list.AddJsonFlag();
     list.Runs([=] { return List(list.PrintsJson()); });
 
-    const Verb set = constraints.Add("set", "record a constraint");
+    const Verb set = constraints.Add("set", "record a constraint", "local failed-services samba");
     add_place(set);
     set.AddOption("value", arguments->value, "its text").Required();
     set.Runs([=] { return Set(Find(arguments->node, arguments->kind), arguments->value); });
 
-    const Verb clear = constraints.Add("clear", "remove a constraint");
+    const Verb clear = constraints.Add("clear", "remove a constraint", "local failed-services");
     add_place(clear);
     clear.Runs([=] { return Clear(Find(arguments->node, arguments->kind)); });
 }

@@ -60,7 +60,7 @@ void AddDisksCommand(const Verb &app) {
     list.Runs([=] { return List(list.PrintsJson()); });
 
     const auto names = std::make_shared<std::vector<std::string>>();
-    const Verb set = disks.Add("set", "store their names");
+    const Verb set = disks.Add("set", "store their names", "sda sdb");
     set.AddOption("disk", *names, "names of disks").Required();
     set.Runs([=] { return Set(*names); });
 }

@@ -115,7 +115,7 @@ void AddEnclosuresCommands(const Verb &app) {
 
     const auto node = std::make_shared<std::string>("both");
     const auto publish = std::make_shared<bool>(false);
-    const Verb halt = app.Add("halt-check", "what keeps nodes from halting");
+    const Verb halt = app.Add("halt-check", "what keeps nodes from halting", "--node both");
     halt.AddOption("--node", *node, "local, remote or both")
         .OneOf({"local", "remote", "both"})
         .ShowsDefault();

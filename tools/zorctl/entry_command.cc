@@ -68,16 +68,23 @@ int Remove(const std::string &name) {
     return kExitFailure;
 }
 
+std::vector<std::string> Names() {
+    std::vector<std::string> names;
+    for (const EntryName &entry : EntryNames()) names.push_back(entry.name);
+    return names;
+}
+
 }  // namespace
 
 void AddEntryCommands(const Verb &app) {
     const auto arguments = std::make_shared<EntryArguments>();
 
-    const Verb get = app.Add("get", "print an entry of ha.status");
+    const Verb get = app.Add("get", "print an entry of ha.status", "local_role");
     const auto remove = std::make_shared<bool>(false);
     const auto list = std::make_shared<bool>(false);
     const Option name = get.AddOption("entry", arguments->name, "its name, for example local_role")
-                            .CheckedBy(CheckEntryName);
+                            .CheckedBy(CheckEntryName)
+                            .Suggests(Names());
     get.AddFlag("--remove", *remove, "and remove it in the same step");
     get.AddFlag("--list", *list, "print the names of all entries").Excludes(name);
     get.AddJsonFlag();
@@ -87,12 +94,18 @@ void AddEntryCommands(const Verb &app) {
         return Get(arguments->name, *remove, get.PrintsJson());
     });
 
-    const Verb set = app.Add("set", "set an entry of ha.status");
-    set.AddOption("entry", arguments->name, "its name").Required().CheckedBy(CheckEntryName);
+    const Verb set = app.Add("set", "set an entry of ha.status", "local_boot_stage 3");
+    set.AddOption("entry", arguments->name, "its name")
+        .Required()
+        .CheckedBy(CheckEntryName)
+        .Suggests(Names());
     set.AddOption("value", arguments->value, "the new value, may be empty").Required();
     set.Runs([=] { return Set(arguments->name, arguments->value); });
 
-    const Verb rm = app.Add("rm", "remove an entry of ha.status");
-    rm.AddOption("entry", arguments->name, "its name").Required().CheckedBy(CheckEntryName);
+    const Verb rm = app.Add("rm", "remove an entry of ha.status", "local_boot_stage");
+    rm.AddOption("entry", arguments->name, "its name")
+        .Required()
+        .CheckedBy(CheckEntryName)
+        .Suggests(Names());
     rm.Runs([=] { return Remove(arguments->name); });
 }

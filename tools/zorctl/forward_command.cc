@@ -73,7 +73,8 @@ void AddForwardCommand(const Verb &app) {
     forward.NeedsVerb();
     const auto path = std::make_shared<std::string>();
     for (const ForwardVerb &row : kForwardVerbs) {
-        const Verb verb = forward.Add(row.name, row.description);
+        const Verb verb = forward.Add(row.name, row.description,
+                                      row.most > 0 ? "record.bin --dry-run" : "--dry-run");
         if (row.most > 0) verb.AddOption("file", *path, "its content").Required();
         const auto options = AddActionFlags(verb);
         verb.Runs([=, &row] { return Forward(row, *path, *options); });

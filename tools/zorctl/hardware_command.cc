@@ -100,7 +100,7 @@ int Show(const std::string &name, bool json) {
 void AddHardwareCommand(const Verb &app) {
     const Verb hardware = app.Add("hardware", "hosts, enclosures, fans, power supplies, disks");
     hardware.AddJsonFlag();
-    hardware.AddFooter("Example: zorctl hardware fans --json; without a part, all of them");
+    hardware.AddFooter("Without a part, all of them.\nExample: zorctl hardware fans --json");
     hardware.Runs([=] { return Show("", hardware.PrintsJson()); });
     for (size_t index = 0; index < kHardwarePartCount; ++index) {
         const HardwarePart &part = kHardwareParts[index];
@@ -110,7 +110,7 @@ void AddHardwareCommand(const Verb &app) {
     }
 
     const auto seconds = std::make_shared<int>(0);
-    const Verb watch = hardware.Add("watch", "say what changes, until Ctrl-C");
+    const Verb watch = hardware.Add("watch", "say what changes, until Ctrl-C", "--seconds 10");
     watch.AddOption("--seconds", *seconds, "stop after so many seconds; 0: never").ShowsDefault();
     watch.AddJsonFlag();
     watch.Runs([=] { return WatchHardware(*seconds, watch.PrintsJson()); });

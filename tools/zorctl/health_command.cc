@@ -108,12 +108,11 @@ int Show(const HealthOptions &options, bool json) {
 
 void AddHealthCommand(const Verb &app) {
     const auto options = std::make_shared<HealthOptions>();
-    const Verb health = app.Add("health", "the node's health, bit by bit");
+    const Verb health = app.Add("health", "the node's health, bit by bit", "--refresh");
     health.AddFlag("--refresh", options->refresh, "have the manager compute it anew first");
     health.AddFlag("--check", options->check,
                    "one line and the exit codes of monitoring plugins: 0 OK, 1 warning, 2 "
                    "critical, 3 unknown");
     health.AddJsonFlag();
-    health.AddFooter("Example: zorctl health --refresh");
     health.Runs([=] { return Show(*options, health.PrintsJson()); });
 }

@@ -91,6 +91,12 @@ struct LockArguments {
     int seconds = 60;
 };
 
+std::vector<std::string> Names() {
+    std::vector<std::string> names;
+    for (const ZORFileLockEntry &entry : rgsaalckList) names.push_back(LockName(entry.id));
+    return names;
+}
+
 }  // namespace
 
 void AddLockCommand(const Verb &app) {
@@ -98,10 +104,11 @@ void AddLockCommand(const Verb &app) {
     lock.NeedsVerb();
     const auto arguments = std::make_shared<LockArguments>();
     const auto add_verb = [&](const char *name, const char *description) {
-        const Verb verb = lock.Add(name, description);
+        const Verb verb = lock.Add(name, description, "status");
         verb.AddOption("lock", arguments->lock, "name or number of the lock")
             .Required()
-            .CheckedBy(CheckLock);
+            .CheckedBy(CheckLock)
+            .Suggests(Names());
         return verb;
     };
 

@@ -33,5 +33,6 @@ int main(int argc, char **argv) {
     AddMonitorCommand(zorctl);
     AddEnclosuresCommands(zorctl);
     AddDoctorCommand(zorctl);
+    AddCompletionCommand(zorctl, command_line);
     return command_line.Run(argc, argv);
 }

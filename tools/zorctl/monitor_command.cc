@@ -114,11 +114,11 @@ void AddMonitorCommand(const Verb &app) {
 
     const Verb set = monitor.Add("set", "choose what is watched");
     set.NeedsVerb();
-    set.AddFooter("Example: zorctl monitor set service samba=yes nfsd=no");
     const auto texts = std::make_shared<std::vector<std::string>>();
     for (const MonitorType &type : kTypes) {
         if (type.command == 0) continue;
-        const Verb verb = set.Add(type.name, std::string("of every ") + type.name);
+        const Verb verb =
+            set.Add(type.name, std::string("of every ") + type.name, "NAME=yes --dry-run");
         verb.AddOption("choice", *texts, "NAME=yes or NAME=no").Required();
         const auto options = AddActionFlags(verb);
         verb.Runs([=, &type] { return Set(type, *texts, *options); });

@@ -36,7 +36,7 @@ void AddPowerCommand(const Verb &app) {
     const Verb power = app.Add("power", "restart, power off, shut the remote node down");
     power.NeedsVerb();
     for (const PowerVerb &row : kPowerVerbs) {
-        const Verb verb = power.Add(row.name, row.description);
+        const Verb verb = power.Add(row.name, row.description, "--dry-run");
         const auto options = AddActionFlags(verb);
         verb.Runs([=, &row] { return RunAction(row.plan, *options, row.run); });
     }

@@ -128,6 +128,12 @@ int List() {
     return kExitSuccess;
 }
 
+std::vector<std::string> Names() {
+    std::vector<std::string> names;
+    for (const RequestName &request : RequestNames()) names.push_back(request.name);
+    return names;
+}
+
 std::string CheckCommand(const std::string &text) {
     return ParseRequest(text) ? "" : "'" + text + "' is no command; see zorctl request --list";
 }
@@ -147,11 +153,13 @@ std::string TakeFile(const std::string &path, std::string &payload) {
 }  // namespace
 
 void AddRequestCommand(const Verb &app) {
-    const Verb request = app.Add("request", "send a request to the manager");
+    const Verb request =
+        app.Add("request", "send a request to the manager", "upgrade-failed --wait --timeout 60");
     const auto arguments = std::make_shared<RequestArguments>();
     const Option command =
         request.AddOption("command", arguments->command, "name or number of the command")
-            .CheckedBy(CheckCommand);
+            .CheckedBy(CheckCommand)
+            .Suggests(Names());
     request.AddFlag("--list", arguments->list, "print the names of the commands").Excludes(command);
     const Option text = request.AddOption("--payload", arguments->payload, "payload as text");
     const Option hex = request.AddOption(

@@ -99,14 +99,14 @@ void AddSyncCommand(const Verb &app) {
     const auto remote = std::make_shared<bool>(false);
     const auto local = std::make_shared<bool>(false);
 
-    const Verb get = sync.Add("get", "read this node's record");
+    const Verb get = sync.Add("get", "read this node's record", "--output record.bin");
     get.AddFlag("--remote", *remote, "read what is known of the other node instead");
     get.AddOption("--output", *file, "write the 3188 bytes to a file instead of printing them");
     get.AddJsonFlag();
     get.Runs(
         [=] { return Get(*remote ? ZOR_HOST_REMOTE : ZOR_HOST_LOCAL, *file, get.PrintsJson()); });
 
-    const Verb set = sync.Add("set", "store a record as the other node's");
+    const Verb set = sync.Add("set", "store a record as the other node's", "record.bin");
     set.AddOption("file", *file, "a record written by sync get --output").Required();
     set.AddFlag("--local", *local, "store it as this node's instead");
     set.Runs([=] { return Set(*local ? ZOR_HOST_LOCAL : ZOR_HOST_REMOTE, *file); });

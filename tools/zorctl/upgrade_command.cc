@@ -40,10 +40,10 @@ int32_t Start(const UpgradeArguments &arguments) {
 void AddUpgradeCommand(const Verb &app) {
     const Verb upgrade = app.Add("upgrade", "announce an upgrade, or its failure");
     upgrade.NeedsVerb();
-    upgrade.AddFooter("Example: zorctl upgrade start 6.2-2000 --dry-run");
     const auto arguments = std::make_shared<UpgradeArguments>();
 
-    const Verb start = upgrade.Add("start", "announce that a version will be installed");
+    const Verb start =
+        upgrade.Add("start", "announce that a version will be installed", "6.2-2000 --dry-run");
     start.AddOption("version", arguments->version, "the new version").Required();
     start.AddFlag("--small", arguments->is_small, "a small update, not an upgrade");
     start.AddFlag("--keep-marker", arguments->keeps_marker,
@@ -53,7 +53,7 @@ void AddUpgradeCommand(const Verb &app) {
         return RunAction(PlanStart(*arguments), *start_options, [=] { return Start(*arguments); });
     });
 
-    const Verb fail = upgrade.Add("fail", "announce that the installation has failed");
+    const Verb fail = upgrade.Add("fail", "announce that the installation has failed", "--dry-run");
     fail.AddFlag("--small", arguments->is_small, "of a small update, not an upgrade");
     const auto fail_options = AddActionFlags(fail);
     fail.Runs([=] {
