@@ -19,6 +19,11 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
     LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
 endif()
 
+if(KEVAZOR_COVERAGE)
+  target_compile_options(kevazor_options INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(kevazor_options INTERFACE --coverage)
+endif()
+
 if(KEVAZOR_SANITIZE)
   target_compile_options(kevazor_options INTERFACE
     -fsanitize=${KEVAZOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

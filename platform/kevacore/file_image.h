@@ -38,8 +38,8 @@ class FileImage {
     Outcome Read();
     Outcome ReadLarge();
 
-    static constexpr size_t kInnerSize = 16 * 1024;
-    static constexpr size_t kLargest = 16 * 1024 * 1024;
+    static constexpr size_t kInnerSize = size_t{16} * 1024;
+    static constexpr size_t kLargest = size_t{16} * 1024 * 1024;
 
     Descriptor file_;
     std::string_view text_;

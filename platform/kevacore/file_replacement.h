@@ -24,6 +24,8 @@ inline struct iovec FilePiece(std::string_view text) {
 
 class FileReplacement {
   public:
+    // The old image fills itself.
+    // cppcheck-suppress uninitMemberVar
     explicit FileReplacement(const char *path) : path_(path) { temporary_path_[0] = '\0'; }
     ~FileReplacement();
     FileReplacement(const FileReplacement &) = delete;

@@ -35,7 +35,9 @@ class Spawn {
     // False with errno on a failure.
     bool Start(const char *path, char *const *arguments, pid_t *child) {
         errno = posix_spawn_file_actions_addclosefrom_np(&actions_, kFirstPrivateDescriptor);
-        if (errno == 0) errno = posix_spawn(child, path, &actions_, nullptr, arguments, environ);
+        if (errno != 0) return false;
+        // The analyser follows a null path, which both callers have refused.
+        errno = posix_spawn(child, path, &actions_, nullptr, arguments, environ);  // NOLINT
         return errno == 0;
     }
 
@@ -47,9 +49,10 @@ int Run(const char *path, va_list list) {
     const char *arguments[kMaxArguments + 1] = {path};
     for (int count = 1; arguments[count - 1]; ++count) {
         if (count == kMaxArguments) return BadParameter(kSource, __LINE__);
-        arguments[count] = va_arg(list, const char *);
+        // The analyser loses the list on its way here.
+        arguments[count] = va_arg(list, const char *);  // NOLINT(clang-analyzer-valist.*)
     }
-    pid_t child;
+    pid_t child = -1;
     if (!Spawn().Start(path, const_cast<char *const *>(arguments), &child))
         return SystemError(kSource, __LINE__);
     int status;

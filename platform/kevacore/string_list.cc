@@ -115,7 +115,8 @@ void VLIBCSzListRemoveAll(VLIBCSzList *list) {
 int VLIBCSzListDump2Str(const VLIBCSzList *list, const char *separator, char *buffer,
                         unsigned int size) {
     if (!list || !separator || !buffer || size == 0) return BadParameter(kSource, __LINE__);
-    std::string_view between = "";  // not a null one: it is copied from
+    // Not a null one: it is copied from.
+    std::string_view between = "";  // NOLINT(readability-redundant-string-init)
     size_t length = 0;
     buffer[0] = '\0';
     for (size_t index = 0; index < list->begins.size(); ++index) {
