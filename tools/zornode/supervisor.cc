@@ -10,6 +10,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "kernel_folder.h"
@@ -58,6 +59,16 @@ void DieWithParent(int parent_alive) {
     _exit(kCommandNotFound);
 }
 
+// On a machine without the platform's base library, what runs in the node finds the
+// stand-in that is installed for the lab.
+void OfferBaseLibrary() {
+    if (access(KEVAZOR_LAB_FOLDER, F_OK) != 0) return;
+    const char *const present = getenv("LD_LIBRARY_PATH");
+    const std::string paths =
+        KEVAZOR_LAB_FOLDER + (present ? ":" + std::string(present) : std::string());
+    setenv("LD_LIBRARY_PATH", paths.c_str(), 1);
+}
+
 // A request to stop is the command's business, and so is Ctrl-C, which reaches
 // it by the terminal.
 void ForwardSignals() {
@@ -97,6 +108,7 @@ int RunFirstProcess(const NodeOptions &options) try {
     MakeKernelFolder(options);
     MakeNodeMarker();
     collector.Start();
+    OfferBaseLibrary();
     const int status = RunCommand(options.command);
     collector.Stop();
     return status;
