@@ -7,9 +7,9 @@ target_compile_options(kevazor_options INTERFACE
   -fvisibility=hidden
   $<$<COMPILE_LANGUAGE:CXX>:-fvisibility-inlines-hidden>
 )
-# Of these two g++ 12 finds some in its own library where there are none.
+# Of these g++ 12 finds some in its own library where there are none.
 target_compile_options(kevazor_options INTERFACE
-  $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-restrict -Wno-stringop-overflow>)
+  $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-restrict -Wno-stringop-overflow -Wno-dangling-pointer>)
 target_link_options(kevazor_options INTERFACE LINKER:--as-needed)
 
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
