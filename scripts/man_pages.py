@@ -39,7 +39,7 @@ def inline(text):
 
 def heading(page, section, meaning, table=False):
     return (("'\\\" t\n" if table else "") +
-            f'.TH {escape(page)} {section} "{DATE}" "{FOOTER}"\n'
+            f'.TH {escape(page)} {section} "{DATE}" "{FOOTER}"\n' +
             (".ad l\n.nh\n" if table else "") +
             f".SH NAME\n{escape(page)} \\- {escape(meaning)}\n")
 
