@@ -34,7 +34,6 @@ install(FILES ${PROJECT_BINARY_DIR}/kevazorcore.pc
 install(TARGETS zorctl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
 if(KEVAZOR_PLATFORM STREQUAL "stand-in")
   set(lab_folder ${CMAKE_INSTALL_LIBDIR}/kevazor-lab)
-  set_target_properties(zorlab PROPERTIES INSTALL_RPATH ${CMAKE_INSTALL_FULL_LIBDIR}/kevazor-lab)
   install(TARGETS kevacore LIBRARY DESTINATION ${lab_folder} COMPONENT lab NAMELINK_SKIP
     EXCLUDE_FROM_ALL)
   install(TARGETS zorlab zornode RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT lab
