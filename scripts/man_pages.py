@@ -16,6 +16,7 @@ DOCUMENTS = {
     # document: (page, section, what it is)
     "files.md": ("kevazor-files", 5, "files of a node"),
     "records.md": ("kevazor-records", 7, "records, messages and health bits, byte by byte"),
+    "codes.md": ("kevazor-codes", 7, "commands, bits of the health word, exit codes"),
     "messages.md": ("kevazor-messages", 7, "lines of the system log"),
     "json.md": ("kevazor-json", 7, "JSON of zorctl"),
     "reliability.md": ("kevazor-reliability", 7, "what is promised when things go wrong"),

@@ -10,7 +10,7 @@ for name in $(grep -v '^#' "$1/src/exports.list"); do
     }
 done
 for page in man1/zorctl.1 man1/zornode.1 man1/zorlab.1 man5/kevazor-files.5 \
-    man7/kevazor-messages.7 man7/kevazor-records.7; do
+    man7/kevazor-messages.7 man7/kevazor-records.7 man7/kevazor-codes.7; do
     [ -s "$2/$page" ] || {
         echo "FAILED: there is no $page"
         failures=$((failures + 1))
