@@ -133,4 +133,17 @@ TEST_P(Full, LimitsOfTheProcessAreReported) {
 
 INSTANTIATE_TEST_SUITE_P(Fault, Full, testing::ValuesIn(kWriters), WriterName);
 
+// The method sees a writer that looks at no result.
+class FullControl : public Full {};
+
+TEST_P(FullControl, BlindWriterIsCaught) {
+    const SmallFileSystems small;
+    const Course course = Undisturbed(GetParam());
+    Prepare(GetParam());
+    for (const char *folder : kFolders) FillSpace(folder);
+    EXPECT_FALSE(Faults(GetParam(), course, GetParam().call()).empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Fault, FullControl, testing::Values(kBlindWriter), WriterName);
+
 }  // namespace

@@ -160,6 +160,18 @@ TEST_P(Odd, EveryFunctionReturnsAndNothingElseIsTouched) {
 INSTANTIATE_TEST_SUITE_P(Fault, Odd, testing::ValuesIn(kOddities),
                          [](const auto &row) { return std::string(row.param.name); });
 
+// The method sees a writer that follows a link.
+class OddControl : public Odd {};
+
+TEST_P(OddControl, WriterThatFollowsALinkIsCaught) {
+    Plant(kStatusFile);
+    WriteText(kStatusFile, "local_role=\"1\"\n");
+    EXPECT_FALSE(IsTargetIntact());
+}
+
+INSTANTIATE_TEST_SUITE_P(Fault, OddControl, testing::Values(kOddities[0]),
+                         [](const auto &row) { return std::string(row.param.name); });
+
 // --- Modes
 
 struct ModeRow {

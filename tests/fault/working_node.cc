@@ -77,10 +77,15 @@ constexpr uint32_t kLoadUICommand = 50;
 constexpr uint32_t kHaltCheckCommand = 60;
 constexpr uint32_t kCheckHealthCommand = 63;
 
-// The sizes of the records that senders expect.
-size_t AnswerSize(uint32_t command) {
-    if (command == kAskNodeCommand) return 56;
-    return command == kHaltCheckCommand ? sizeof(ZORHaltCheck) : 0;
+// What senders expect: nothing, but for two commands.
+std::string AnswerOf(uint32_t command) {
+    constexpr size_t kNodeAnswerSize = 56;
+    if (command == kAskNodeCommand) return std::string(kNodeAnswerSize, '\0');
+    if (command != kHaltCheckCommand) return "";
+    ZORHaltCheck check = {};
+    check.local.blocked = 1;
+    strcpy(check.local.tasks, "rebuild");
+    return {reinterpret_cast<const char *>(&check), sizeof check};
 }
 
 void Grant(const ZORMgrMessage &request) {
@@ -94,8 +99,8 @@ void Grant(const ZORMgrMessage &request) {
         ZORUILoadUI(type);
     }
     if (request.wait == 0) return;
-    const std::string payload(AnswerSize(request.commandId), '\0');
-    queue_end::TryPut(queue_end::kAnswers, queue_end::AnswerTo(request, 1, payload));
+    queue_end::TryPut(queue_end::kAnswers,
+                      queue_end::AnswerTo(request, 1, AnswerOf(request.commandId)));
 }
 
 }  // namespace

@@ -1,6 +1,10 @@
 #include "fault/writer_table.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -120,6 +124,25 @@ int CloseBiosWindow() {
     return KEVAZORBiosUpgradeEnd(&lock);
 }
 
+void KeepMarker() {
+    WriteText(kFlashBackup, "flash_version=\"6.0-900\"\nother=\"kept\"\n");
+}
+
+int StoreHaltCheck() {
+    ZORHaltCheck check = {};
+    return KEVAZORCheckHaltOpt(1, &check, 1);
+}
+
+int WriteBlindly() {
+    const std::string text = "local_role=\"2\"\n" + ReadText(kStatusFile);
+    constexpr char kNew[] = "/tmp/zor/ha.status.new";
+    const int file = open(kNew, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    if (write(file, text.data(), text.size()) < 0) errno = 0;
+    close(file);
+    if (rename(kNew, kStatusFile) != 0) errno = 0;
+    return 0;
+}
+
 int ChooseServices() {
     ZORMonitorItem row = {};
     strcpy(row.name, "nfsd");
@@ -175,6 +198,15 @@ const std::vector<Writer> kWriters = {
      {kFlashVersionFile, kFlashBackup},
      3,
      kOnce},
+    {"KEVAZORUpgradeFail",
+     KEVAZORUpgradeFail,
+     {kFlashVersionFile, kFlashBackup},
+     2,
+     kGoesOn | kGuesses | kOnce,
+     KeepMarker},
+    {"KEVAZORCheckHaltOpt", StoreHaltCheck, {kStatusFile}, 2, kGoesOn},
     {"KEVAZORBiosUpgradeStart", OpenBiosWindow, {kBiosFlag}, 2},
     {"KEVAZORBiosUpgradeEnd", CloseBiosWindow, {kBiosFlag}, 3},
 };
+
+const Writer kBlindWriter = {"Blind", WriteBlindly, {kStatusFile}, 2};

@@ -26,6 +26,9 @@ struct Writer {
 
 extern const std::vector<Writer> kWriters;
 
+// What a test must catch: it looks at no result, and says nothing.
+extern const Writer kBlindWriter;
+
 // How GoogleTest prints a row.
 inline void PrintTo(const Writer &writer, std::ostream *out) {
     *out << writer.name;

@@ -28,6 +28,10 @@ diff "$work/listed" "$work/built" >"$work/diff" ||
 diff "$work/listed" "$work/declared" >"$work/diff" ||
     fail "export list (<) and headers (>) differ: $(cat "$work/diff")"
 
+sed -n 's/^ \(.*\)@Base .*/\1/p' "$source/debian/libkevazorcore6.symbols" | sort >"$work/packaged"
+diff "$work/listed" "$work/packaged" >"$work/diff" ||
+    fail "export list (<) and the package's symbols (>) differ: $(cat "$work/diff")"
+
 soname=$(readelf -d "$library" | sed -n 's/.*SONAME.*\[\(.*\)\]/\1/p')
 [ "$soname" = libkevazorcore.so.6 ] || fail "soname is $soname"
 
