@@ -12,6 +12,7 @@
 
 #include "fault/call_table.h"
 #include "fault/working_node.h"
+#include "support/command_run.h"
 #include "support/slow_build.h"
 #include "zor_conf.h"
 #include "zor_constraint.h"
@@ -86,5 +87,28 @@ TEST_F(Threads, QueriesBesideAWriterAnswerAsAlone) {
         wrong.load(), kSeed);
     ExpectLog({});
 }
+
+#if defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+
+// The method sees two threads that write without a word to each other.
+TEST(Race, DISABLED_OfTwoThreads) {
+    int value = 0;
+    std::thread other([&] { ++value; });
+    ++value;
+    other.join();
+}
+
+TEST(ThreadsControl, RaceIsCaught) {
+    const CommandResult result =
+        RunCommand({"/proc/self/exe", "--gtest_filter=Race.DISABLED_OfTwoThreads",
+                    "--gtest_also_run_disabled_tests"});
+    EXPECT_NE(result.exit_code, 0);
+    EXPECT_NE((result.output + result.errors).find("data race"), std::string::npos)
+        << result.errors;
+}
+
+#endif
+#endif
 
 }  // namespace
