@@ -23,7 +23,7 @@
 namespace {
 
 constexpr int kThreads = 8;
-constexpr int kRounds = kIsSlowBuild ? 20 : 200;
+constexpr int kRounds = kIsSlowBuild ? 20 : 100;
 constexpr unsigned kSeed = 20;
 
 class Threads : public NodeTest {
@@ -31,7 +31,7 @@ class Threads : public NodeTest {
     Threads() {
         MakeWorkingNode();
         // A second of waiting for a lock takes a moment, so that none is given up.
-        virtual_time::Start([](int) { usleep(20000); });
+        virtual_time::Start([](int) { usleep(100000); });
         ZORPrepareCachedConf();
     }
 
