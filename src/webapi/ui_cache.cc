@@ -48,6 +48,7 @@ class TemporaryFile {
         if (file < 0 && (errno == EOPNOTSUPP || errno == EISDIR)) {
             file = open(name_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kMode);
             isInTheFolder_ = hasName_ = file >= 0;
+            isTaken_ = !hasName_ && errno == EEXIST;
         }
         return file;
     }
@@ -60,6 +61,7 @@ class TemporaryFile {
             snprintf(source, sizeof source, "/proc/self/fd/%d", file);
             hasName_ = linkat(AT_FDCWD, source, AT_FDCWD, name_, AT_SYMLINK_FOLLOW) == 0;
         }
+        isTaken_ = !hasName_ && errno == EEXIST;
         isInTheFolder_ = hasName_;
         return hasName_;
     }
@@ -68,10 +70,10 @@ class TemporaryFile {
     bool IsTaken() {
         const int saved = errno;
         struct stat status;
-        const bool isTaken = !hasName_ && (saved == EEXIST || lstat(name_, &status) == 0);
-        isInTheFolder_ = isInTheFolder_ || isTaken;
+        isTaken_ = isTaken_ || (!hasName_ && lstat(name_, &status) == 0);
+        isInTheFolder_ = isInTheFolder_ || isTaken_;
         errno = saved;
-        return isTaken;
+        return isTaken_;
     }
 
     bool MoveTo(const char *path) {
@@ -83,6 +85,7 @@ class TemporaryFile {
   private:
     char name_[128] = {};
     bool hasName_ = false;
+    bool isTaken_ = false;
     bool isInTheFolder_ = false;
 };
 

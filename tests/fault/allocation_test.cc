@@ -86,10 +86,6 @@ TEST_P(Starved, FailsAsStatedAndLosesNothing) {
            call.Name().c_str(), sweep.points, sweep.failures, sweep.faults.size());
 }
 
-std::string CallName(const testing::TestParamInfo<ExportedCall> &row) {
-    return row.param.Name();
-}
-
 INSTANTIATE_TEST_SUITE_P(Fault, Starved, testing::ValuesIn(kExportedCalls), CallName);
 
 // The method sees what throws.

@@ -3,6 +3,8 @@
 // release, is called with it; the row has both names.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <ostream>
 #include <string>
 #include <vector>
@@ -26,6 +28,11 @@ struct ExportedCall {
 // How GoogleTest prints a row.
 inline void PrintTo(const ExportedCall &call, std::ostream *out) {
     *out << call.Name();
+}
+
+// The name of a case.
+inline std::string CallName(const testing::TestParamInfo<ExportedCall> &row) {
+    return row.param.Name();
 }
 
 extern const std::vector<ExportedCall> kExportedCalls;

@@ -88,10 +88,6 @@ TEST_P(Repeated, EndsWhereItBegan) {
            rounds, growth.descriptors, growth.messages);
 }
 
-std::string CallName(const testing::TestParamInfo<ExportedCall> &row) {
-    return row.param.Name();
-}
-
 // A call that fails at its first step would prove little.
 TEST_P(Repeated, WorksInAWorkingNode) {
     const int result = GetParam().call();

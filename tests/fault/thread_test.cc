@@ -7,17 +7,15 @@
 #include <cstdio>
 #include <map>
 #include <random>
-#include <set>
 #include <thread>
 
 #include "fault/call_table.h"
 #include "fault/working_node.h"
+#include "kevacore.h"
 #include "support/command_run.h"
 #include "support/slow_build.h"
 #include "zor_conf.h"
 #include "zor_constraint.h"
-#include "zor_core.h"
-#include "zor_hwinfo_core.h"
 #include "zor_status.h"
 
 namespace {
