@@ -62,9 +62,11 @@ size_t NextHeader(std::string_view text, size_t begin) {
     }
 }
 
+// The last characters first: many names differ only there.
 bool IsHeaderOf(std::string_view line, std::string_view name) {
-    return line.size() >= name.size() + 2 && line[0] == '[' && line[name.size() + 1] == ']' &&
-           line.substr(1, name.size()) == name;
+    const size_t length = name.size();
+    return line.size() >= length + 2 && line[length + 1] == ']' &&
+           (length == 0 || line[length] == name[length - 1]) && line.substr(1, length) == name;
 }
 
 bool FindSection(std::string_view text, std::string_view name, Section *section) {

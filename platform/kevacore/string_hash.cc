@@ -83,8 +83,10 @@ void VLIBCSzHash::Clear() {
 
 VLIBCSzHash::Place *VLIBCSzHash::FindPlace(std::string_view key) {
     for (Place &place : places_) {
-        if (place.key_size == key.size() &&
-            memcmp(text_.data() + place.key, key.data(), key.size()) == 0)
+        if (place.key_size != key.size()) continue;
+        const char *const known = text_.data() + place.key;
+        // The first character tells most keys of one length apart, without a call.
+        if (key.empty() || (known[0] == key[0] && memcmp(known, key.data(), key.size()) == 0))
             return &place;
     }
     return nullptr;

@@ -40,6 +40,13 @@ int OutOfMemory() {
     return SystemError(kSource, __LINE__);
 }
 
+// Most items are numbers, of which a search for each would cost more.
+size_t FindSeparator(std::string_view text, size_t begin, std::string_view separator) {
+    if (separator.size() > 1) return text.find(separator, begin);
+    while (begin < text.size() && text[begin] != separator[0]) ++begin;
+    return begin < text.size() ? begin : std::string_view::npos;
+}
+
 // Appends the items of a text; when memory is short, nothing.
 int AppendItems(std::string_view text, std::string_view separator, VLIBCSzList *list) {
     const size_t old_count = list->begins.size();
@@ -49,7 +56,7 @@ int AppendItems(std::string_view text, std::string_view separator, VLIBCSzList *
         list->text.append(text).push_back('\0');
         for (size_t begin = old_size;;) {
             list->begins.push_back(begin);
-            const size_t end = list->text.find(separator, begin);
+            const size_t end = FindSeparator(list->text, begin, separator);
             if (end == std::string::npos) break;
             list->text[end] = '\0';
             begin = end + separator.size();
