@@ -28,12 +28,15 @@ if(KEVAZOR_SANITIZE)
   target_compile_options(kevazor_options INTERFACE
     -fsanitize=${KEVAZOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(kevazor_options INTERFACE -fsanitize=${KEVAZOR_SANITIZE})
-  if(KEVAZOR_SANITIZE MATCHES "address" AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    # What the fuzz targets see of the code that they run.
-    target_compile_options(kevazor_options INTERFACE -fsanitize=fuzzer-no-link)
-    target_link_options(kevazor_options INTERFACE -fsanitize=fuzzer-no-link)
-  endif()
 endif()
+
+# Lets the fuzz targets see which parts of a target's code they run.
+function(kevazor_show_to_fuzzers target)
+  if(KEVAZOR_SANITIZE MATCHES "address" AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+    target_link_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
+endfunction()
 
 # Gives a shared library its export map and no other way out or in: a name it
 # needs and nobody defines fails the link, except for the sanitizers' own.

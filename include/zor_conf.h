@@ -100,10 +100,11 @@ int32_t ZORCleanConfChangeFlag(void);
 /* --- The record for the other node --------------------------------------- */
 
 /*
- * Fills a record, on the active node only. ERROR "Error parameter" (null
- * record), "call get sync ha conf on passive", "failed to get filelock for get
- * ha.conf". A setting that cannot be read is logged, "Failed to get ha sn" or
- * "Failed to get monitor if", and is no failure.
+ * Fills a record, on the active node only; fields whose setting is absent stay
+ * as the caller left them. ERROR "Error parameter" (null record), "call get
+ * sync ha conf on passive", "failed to get filelock for get ha.conf". A setting
+ * that cannot be read is logged, "Failed to get ha sn" or "Failed to get
+ * monitor if", and is no failure.
  */
 int32_t ZORGetSyncHAConf(ZORSyncConf *record);
 
