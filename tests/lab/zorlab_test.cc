@@ -4,6 +4,7 @@
 #include <sys/ipc.h>
 #include <sys/msg.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -157,8 +158,12 @@ TEST_F(ZorLab, AppliesABonding) {
     EXPECT_EQ(KEVAZORBondingDone(1), 0);
     EXPECT_FALSE(ZORIsNetConfChanging());
     EXPECT_TRUE(WaitFor([] {
+        // The last of the lists; the names come before it.
+        char statics[306] = "";
+        ZORGetHAStatus(ZOR_HOST_LOCAL, ZOR_STATUS_IF_HAS_STATIC_IP, statics, sizeof statics);
         return ReadText(kStatusFile).find("local_host_ifname=\"bond1:eth0:eth1,eth3\"") !=
-               std::string::npos;
+                   std::string::npos &&
+               std::count(statics, statics + strlen(statics), ',') == 1;
     }));
     ZORIfInfo info;
     EXPECT_EQ(ZORGetConfIfInfo(&info), 0);

@@ -24,6 +24,14 @@ struct sockaddr_un LogAddress() {
     return address;
 }
 
+void SendEndMark() {
+    const int sender = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    const struct sockaddr_un address = LogAddress();
+    sendto(sender, kEndMark, strlen(kEndMark), 0,
+           reinterpret_cast<const struct sockaddr *>(&address), sizeof address);
+    close(sender);
+}
+
 LogLine Parse(const std::string &raw) {
     static const std::regex form(R"(^<(\d+)>\w{3} [ \d]\d \d\d:\d\d:\d\d ([^:]*): ([^]*)$)");
     std::smatch match;
@@ -59,6 +67,7 @@ LogListener::LogListener() {
 
 LogListener::~LogListener() {
     stopping_ = true;
+    SendEndMark();  // wakes the receiver
     thread_.join();
     close(socket_);
     unlink(kLogSocket);
@@ -98,11 +107,7 @@ void LogListener::Receive() {
 
 // Everything that was sent before the mark is received before it.
 void LogListener::WaitForAllSent() {
-    const int sender = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    const struct sockaddr_un address = LogAddress();
-    sendto(sender, kEndMark, strlen(kEndMark), 0,
-           reinterpret_cast<const struct sockaddr *>(&address), sizeof address);
-    close(sender);
+    SendEndMark();
     for (;;) {
         {
             const std::lock_guard<std::mutex> guard(mutex_);
