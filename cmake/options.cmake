@@ -10,6 +10,9 @@ target_compile_options(kevazor_options INTERFACE
 # Of these g++ 12 finds some in its own library where there are none.
 target_compile_options(kevazor_options INTERFACE
   $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-restrict -Wno-stringop-overflow -Wno-dangling-pointer>)
+# And these of what comes from a precompiled header.
+set(kevazor_precompiled_options
+  $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-array-bounds -Wno-stringop-overread>)
 target_link_options(kevazor_options INTERFACE LINKER:--as-needed)
 
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
