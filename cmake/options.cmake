@@ -33,6 +33,11 @@ if(KEVAZOR_SANITIZE)
   target_link_options(kevazor_options INTERFACE -fsanitize=${KEVAZOR_SANITIZE})
 endif()
 
+# The programs wait for others most of their time; what counts is that they are built soon.
+function(kevazor_build_soon target)
+  target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1>)
+endfunction()
+
 # The libraries are what the sanitizers look at: quick, and open to the fuzz targets.
 # The programs around them are not optimised in such a build, which halves its time.
 function(kevazor_examine target)

@@ -2,6 +2,7 @@
 // The test plays the manager.
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 #include "support/node_test.h"
@@ -39,7 +40,7 @@ class CommandTest : public NodeTest {
         request_ = *request;
     }
 
-    static void RemoveManager() { std::system("rm -rf /tmp/zor"); }
+    static void RemoveManager() { std::filesystem::remove_all("/tmp/zor"); }
 
     static void ForbidTwoNodes() { WriteText(kDualheadSetting, "support_dualhead=\"no\"\n"); }
 

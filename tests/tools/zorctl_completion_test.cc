@@ -1,5 +1,6 @@
 // What zorctl tells shells and people of itself: completion, help, exit codes.
 
+#include <filesystem>
 #include <sstream>
 
 #include "support/command_run.h"
@@ -96,7 +97,7 @@ TEST_F(ZorCtlWords, EveryHelpEndsWithAnExample) {
 
 // Nobody gives this node a manager, so that only what needs none can succeed.
 TEST_F(ZorCtlWords, ExitCodesWithoutAManager) {
-    std::system("rm -rf /tmp/zor");
+    std::filesystem::remove_all("/tmp/zor");
     struct Row {
         int code;
         Lines words;
@@ -114,7 +115,7 @@ TEST_F(ZorCtlWords, ExitCodesWithoutAManager) {
 }
 
 TEST_F(ZorCtlWords, ExitCodesWithAManager) {
-    std::system("rm -rf /tmp/zor");
+    std::filesystem::remove_all("/tmp/zor");
     RunCommand({"sh", "-c", "zorlab manager --peer in-process >/dev/null 2>&1 &"});
     ASSERT_TRUE(WaitFor([] { return Run({"get", "is_local_handler_ready"}).output == "yes\n"; }));
     RunCommand({"zorlab", "tell", "24", "drop"});
