@@ -1,7 +1,5 @@
 // zorctl bios: the BIOS upgrade window.
 
-#include <signal.h>
-
 #include <chrono>
 #include <cstdio>
 #include <thread>
@@ -9,18 +7,14 @@
 #include "cluster_action.h"
 #include "command.h"
 #include "exit_code.h"
+#include "stop_signal.h"
 #include "zor_core.h"
 
 namespace {
 
-volatile sig_atomic_t stop_asked = 0;
-
 void WaitForSignal() {
-    struct sigaction stop = {};
-    stop.sa_handler = [](int) { stop_asked = 1; };
-    sigaction(SIGINT, &stop, nullptr);
-    sigaction(SIGTERM, &stop, nullptr);
-    while (!stop_asked) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    const StopSignal stop;
+    while (!stop.IsAsked()) std::this_thread::sleep_for(std::chrono::milliseconds(20));
 }
 
 // The lock that keeps a second window from being opened lives as long as this

@@ -1,6 +1,5 @@
 // zorctl cluster, nodes, watch: what the management interface shows.
 
-#include <signal.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -14,11 +13,10 @@
 #include "exit_code.h"
 #include "library_log.h"
 #include "snapshot.h"
+#include "stop_signal.h"
 #include "zor_status.h"
 
 namespace {
-
-volatile sig_atomic_t stop_asked = 0;
 
 int NoSnapshot(const char *what) {
     const bool is_running = ZORIsTmpPathExist() != 0;
@@ -77,12 +75,9 @@ int ShowNodes(bool json) {
 
 // On a terminal the page is drawn over the one before.
 int Watch(int seconds) {
-    struct sigaction stop = {};
-    stop.sa_handler = [](int) { stop_asked = 1; };
-    sigaction(SIGINT, &stop, nullptr);
-    sigaction(SIGTERM, &stop, nullptr);
+    const StopSignal stop;
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
-    while (!stop_asked && (seconds == 0 || std::chrono::steady_clock::now() < end)) {
+    while (!stop.IsAsked() && (seconds == 0 || std::chrono::steady_clock::now() < end)) {
         if (isatty(STDOUT_FILENO)) fputs("\x1b[H\x1b[2J", stdout);
         if (ShowCluster(false) != kExitSuccess) puts("unknown");
         puts("");

@@ -1,7 +1,5 @@
 #include "hardware_watch.h"
 
-#include <signal.h>
-
 #include <chrono>
 #include <cstdio>
 #include <ctime>
@@ -12,6 +10,7 @@
 #include "exit_code.h"
 #include "hardware_picture.h"
 #include "library_log.h"
+#include "stop_signal.h"
 
 namespace {
 
@@ -20,8 +19,6 @@ using std::chrono::seconds;
 using std::chrono::steady_clock;
 
 constexpr milliseconds kLookPause{250};
-
-volatile sig_atomic_t stop_asked = 0;
 
 // What can change, each with its value in words: "fans ENC1 fans 3" is "normal".
 using Facts = std::map<std::string, std::string>;
@@ -105,17 +102,10 @@ void PrintChanges(const Facts &before, const Facts &after, bool json) {
     fflush(stdout);
 }
 
-void StopOnSignals() {
-    struct sigaction stop = {};
-    stop.sa_handler = [](int) { stop_asked = 1; };
-    sigaction(SIGINT, &stop, nullptr);
-    sigaction(SIGTERM, &stop, nullptr);
-}
-
 }  // namespace
 
 int WatchHardware(int duration_s, bool json) {
-    StopOnSignals();
+    const StopSignal stop;
     Facts known;
     if (!ReadFacts(&known)) {
         ReportFailure("cannot read the hardware");
@@ -123,7 +113,7 @@ int WatchHardware(int duration_s, bool json) {
     }
     PrintStart(known.size(), json);
     const auto end = steady_clock::now() + seconds(duration_s);
-    while (!stop_asked && (duration_s == 0 || steady_clock::now() < end)) {
+    while (!stop.IsAsked() && (duration_s == 0 || steady_clock::now() < end)) {
         std::this_thread::sleep_for(kLookPause);
         TakeLibraryLines();  // those of everyday looks are of no use here
         Facts now;

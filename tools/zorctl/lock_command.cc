@@ -1,6 +1,5 @@
 // zorctl lock: the resource locks.
 
-#include <signal.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -13,11 +12,10 @@
 #include "lock_holder.h"
 #include "lock_name.h"
 #include "output.h"
+#include "stop_signal.h"
 #include "zor_filelock.h"
 
 namespace {
-
-volatile sig_atomic_t stop_asked = 0;
 
 std::string CheckLock(const std::string &text) {
     return ParseLock(text) ? "" : "there is no lock '" + text + "'; see zorctl lock list";
@@ -46,12 +44,9 @@ int Hold(int32_t id, int32_t retries, int seconds) {
     if (const int failed = Take(id, retries, &handle)) return failed;
     printf("lock %s is held by process %d\n", LockName(id).c_str(), getpid());
     fflush(stdout);
-    struct sigaction stop = {};
-    stop.sa_handler = [](int) { stop_asked = 1; };
-    sigaction(SIGINT, &stop, nullptr);
-    sigaction(SIGTERM, &stop, nullptr);
+    const StopSignal stop;
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
-    while (!stop_asked && std::chrono::steady_clock::now() < end)
+    while (!stop.IsAsked() && std::chrono::steady_clock::now() < end)
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     if (ZORFileUnlock(&handle) == 0) return kExitSuccess;
     ReportFailure("cannot release lock " + LockName(id));
