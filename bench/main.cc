@@ -303,10 +303,16 @@ constexpr Measurement kMeasurements[] = {
 // The arguments choose measurements by their letters; without any, all are made.
 int main(int argc, char **argv) {
     SetUpNode();
+    bool is_any_chosen = false;
     for (const auto &[letter, measure] : kMeasurements) {
-        const bool is_chosen = std::any_of(
-            argv + 1, argv + argc,
-            [letter = letter](const char *choice) { return strcmp(letter, choice) == 0; });
-        if (argc == 1 || is_chosen) measure();
+        const bool is_chosen =
+            argc == 1 || std::any_of(argv + 1, argv + argc, [letter = letter](const char *choice) {
+                return strcmp(letter, choice) == 0;
+            });
+        if (is_chosen) measure();
+        is_any_chosen = is_any_chosen || is_chosen;
     }
+    if (is_any_chosen) return 0;
+    fprintf(stderr, "kevazor_bench: choose from R W C H S Q\n");
+    return 64;
 }
