@@ -103,17 +103,17 @@ int OpenLock() {
     return open(kStatusLock, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
 }
 
-// Its two calls more are made where they keep the lock least.
-void Write(bool keeps_owner) {
+// The look at mode and owner comes where it keeps the lock least.
+void Write(bool looks_at_owner) {
     char text[16384];
     struct stat old_status, status;
     const int temporary = CreateTemporary();
-    if (keeps_owner && fstat(temporary, &status) != 0) Fail("fstat");
+    if (looks_at_owner && fstat(temporary, &status) != 0) Fail("fstat");
     const int lock = OpenLock();
     flock(lock, LOCK_EX | LOCK_NB);
     const int old = open(kStatusFile, O_RDONLY | O_CLOEXEC);
     const ssize_t size = read(old, text, sizeof text);
-    if (keeps_owner && fstat(old, &old_status) != 0) Fail("fstat");
+    if (looks_at_owner && fstat(old, &old_status) != 0) Fail("fstat");
     WriteSpliced(temporary, text, static_cast<size_t>(size));
     if (rename(kStatusTemporary, kStatusFile) != 0) Fail("rename");
     flock(lock, LOCK_UN);
@@ -135,7 +135,7 @@ void WriteEntry() {
     Write(false);
 }
 
-void WriteEntryKeepingOwner() {
+void WriteEntryLookingAtOwner() {
     Write(true);
 }
 

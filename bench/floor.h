@@ -10,8 +10,9 @@ void ReadEntry();
 // Lock, read, create, writev, rename, unlock, touch: 12 calls.
 void WriteEntry();
 
-// With a look at the mode and owner of the old file and of the new one.
-void WriteEntryKeepingOwner();
+// With a look at the mode and owner of the old file and of the new one, the least
+// that keeping them takes.
+void WriteEntryLookingAtOwner();
 
 // The same calls in the order that comes to mind: everything that belongs to
 // the write is done before the lock is released.
