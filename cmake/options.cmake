@@ -16,8 +16,9 @@ set(kevazor_precompiled_options
 target_link_options(kevazor_options INTERFACE LINKER:--as-needed)
 
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  # With -z now below there is nothing left for a PLT to do but to cost a jump at each call.
   target_compile_options(kevazor_options INTERFACE
-    -D_FORTIFY_SOURCE=2 -fstack-protector-strong -fstack-clash-protection -fcf-protection)
+    -fno-plt -D_FORTIFY_SOURCE=2 -fstack-protector-strong -fstack-clash-protection -fcf-protection)
   target_link_options(kevazor_options INTERFACE
     LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
 endif()

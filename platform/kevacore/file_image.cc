@@ -1,32 +1,8 @@
 #include "file_image.h"
 
-#include <fcntl.h>
-
-#include <cerrno>
 #include <new>
 
 namespace kevacore {
-
-namespace {
-
-constexpr int kReadFlags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
-
-// pread, because it refuses pipes and sockets instead of draining them.
-ssize_t ReadAt(int fd, char *buffer, size_t size, size_t offset) {
-    ssize_t count;
-    do {
-        count = pread(fd, buffer, size, static_cast<off_t>(offset));
-    } while (count < 0 && errno == EINTR);
-    return count;
-}
-
-}  // namespace
-
-FileImage::Outcome FileImage::Load(const char *path) {
-    file_.Reset(open(path, kReadFlags));
-    if (!file_.IsOpen()) return errno == ENOENT ? Outcome::kAbsent : Outcome::kFailed;
-    return Read();
-}
 
 FileImage::Outcome FileImage::LoadAll(const char *path, struct stat *status) {
     const Outcome outcome = Load(path);
@@ -39,20 +15,12 @@ FileImage::Outcome FileImage::LoadRest() {
     while (!is_whole_) {
         const size_t filled = text_.size();
         if (filled == kInnerSize) return ReadLarge();
-        const ssize_t count = ReadAt(file_.Get(), inner_ + filled, kInnerSize - filled, filled);
+        const ssize_t count = ReadAt(inner_ + filled, kInnerSize - filled, filled);
         if (count < 0) return Outcome::kFailed;
         is_whole_ = count == 0;
         text_ = {inner_, filled + static_cast<size_t>(count)};
     }
     return Outcome::kLoaded;
-}
-
-FileImage::Outcome FileImage::Read() {
-    const ssize_t count = ReadAt(file_.Get(), inner_, kInnerSize, 0);
-    if (count < 0) return Outcome::kFailed;
-    text_ = {inner_, static_cast<size_t>(count)};
-    // Nothing or a full buffer: an empty or a large file, or no regular file at all.
-    return count > 0 && text_.size() < kInnerSize ? Outcome::kLoaded : ReadLarge();
 }
 
 FileImage::Outcome FileImage::ReadLarge() {
@@ -77,7 +45,7 @@ FileImage::Outcome FileImage::ReadLarge() {
     char *const buffer = large_ ? large_.get() : inner_;
     size_t filled = 0;
     while (filled < size) {
-        const ssize_t count = ReadAt(file_.Get(), buffer + filled, size - filled, filled);
+        const ssize_t count = ReadAt(buffer + filled, size - filled, filled);
         if (count < 0) return Outcome::kFailed;
         if (count == 0) break;
         filled += static_cast<size_t>(count);

@@ -66,7 +66,8 @@ bool FindWholeLine(std::string_view text, std::string_view key, Line *line) {
 }
 
 // Loads the file and finds the key: positive, 0 or negative as the interface has it.
-int Lookup(const char *path, const char *key, FileImage *image, Line *line) {
+[[gnu::always_inline]] inline int Lookup(const char *path, const char *key, FileImage *image,
+                                         Line *line) {
     FileImage::Outcome outcome = image->Load(path);
     if (outcome == FileImage::Outcome::kAbsent) return 0;
     if (outcome == FileImage::Outcome::kLoaded) {

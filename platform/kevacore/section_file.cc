@@ -28,19 +28,14 @@ namespace {
 constexpr char kSource[] = "section_file";
 constexpr char kValueFormat[] = "\t%s=%s\n";
 
-// A range of the text of a file.
-struct Range {
-    size_t begin;
-    size_t end;
-};
-
+// Parts of the text of a file.
 struct Section {
-    Range whole;  // with its header
-    Range body;
+    std::string_view whole;  // with its header
+    std::string_view body;
 };
 
 struct Pair {
-    Range line;  // with its newline
+    std::string_view line;  // with its newline
     std::string_view key;
     std::string_view value;
 };
@@ -49,67 +44,77 @@ bool IsSectionName(const char *name) {
     return *name != '\0' && strpbrk(name, "]\n") == nullptr;
 }
 
-size_t LineEnd(std::string_view text, size_t begin) {
-    const size_t newline = text.find('\n', begin);
-    return newline == std::string_view::npos ? text.size() : newline + 1;
+// Its end when the character is not there.
+const char *FindCharacter(const char *begin, const char *end, char character) {
+    const void *found = memchr(begin, character, static_cast<size_t>(end - begin));
+    return found ? static_cast<const char *>(found) : end;
 }
 
-// The next line that starts with a bracket, from the start of a line on.
-size_t NextHeader(std::string_view text, size_t begin) {
-    for (;; ++begin) {
-        begin = text.find('[', begin);
-        if (begin == std::string_view::npos || begin == 0 || text[begin - 1] == '\n') return begin;
-    }
+// Behind the newline, if there is one.
+const char *LineEnd(const char *begin, const char *end) {
+    const char *const newline = FindCharacter(begin, end, '\n');
+    return newline < end ? newline + 1 : end;
+}
+
+// The next line of a text that starts with a bracket, or the end.
+inline const char *NextHeader(std::string_view text, const char *from) {
+    const char *const end = text.data() + text.size();
+    const char *at = FindCharacter(from, end, '[');
+    while (at < end && at > text.data() && at[-1] != '\n') at = FindCharacter(at + 1, end, '[');
+    return at;
 }
 
 // The last characters first: many names differ only there.
-bool IsHeaderOf(std::string_view line, std::string_view name) {
+inline bool IsHeaderOf(std::string_view line, std::string_view name) {
     const size_t length = name.size();
     return line.size() >= length + 2 && line[length + 1] == ']' &&
-           (length == 0 || line[length] == name[length - 1]) && line.substr(1, length) == name;
+           (length == 0 || line[length] == name[length - 1]) &&
+           memcmp(line.data() + 1, name.data(), length) == 0;
 }
 
 bool FindSection(std::string_view text, std::string_view name, Section *section) {
-    for (size_t begin = NextHeader(text, 0); begin != std::string_view::npos;
-         begin = NextHeader(text, begin + 1)) {
-        if (!IsHeaderOf(text.substr(begin), name)) continue;
-        const size_t body = LineEnd(text, begin);
-        if (body - begin < name.size()) continue;  // no name goes over a line
-        const size_t next = NextHeader(text, body);
-        const size_t end = next == std::string_view::npos ? text.size() : next;
-        *section = {{begin, end}, {body, end}};
+    if (text.empty()) return false;
+    const char *const end = text.data() + text.size();
+    const char *begin = NextHeader(text, text.data());
+    for (; begin < end; begin = NextHeader(text, begin + 1)) {
+        if (!IsHeaderOf({begin, end}, name)) continue;
+        const char *const body = LineEnd(begin, end);
+        if (static_cast<size_t>(body - begin) < name.size()) continue;  // no name goes over a line
+        const char *const next = NextHeader(text, body);
+        *section = {{begin, next}, {body, next}};
         return true;
     }
     return false;
 }
 
-// Takes the next pair of a section's body apart. False at the end.
-bool NextPair(std::string_view text, Range *rest, Pair *pair) {
-    while (rest->begin < rest->end) {
-        const size_t begin = rest->begin;
-        rest->begin = LineEnd(text, begin);
-        std::string_view line = text.substr(begin, rest->begin - begin);
-        if (line.ends_with('\n')) line.remove_suffix(1);
-        while (line.starts_with('\t')) line.remove_prefix(1);
-        const size_t equals = line.find('=');
-        if (equals == std::string_view::npos) continue;
-        *pair = {{begin, rest->begin}, line.substr(0, equals), line.substr(equals + 1)};
-        return true;
+// Calls back with each pair of a section's body until that says that it is done.
+template <typename Visitor>
+void VisitPairs(std::string_view body, Visitor visit) {
+    const char *const end = body.data() + body.size();
+    for (const char *line = body.data(), *next; line < end; line = next) {
+        const char *const stop = FindCharacter(line, end, '\n');
+        next = stop < end ? stop + 1 : end;
+        const char *key = line;
+        while (key < stop && *key == '\t') ++key;
+        const char *const equals = FindCharacter(key, stop, '=');
+        if (equals == stop) continue;
+        if (visit(Pair{{line, next}, {key, equals}, {equals + 1, stop}})) return;
     }
-    return false;
 }
 
-bool FindPair(std::string_view text, Range body, std::string_view key, Pair *pair) {
-    while (NextPair(text, &body, pair)) {
-        if (pair->key == key) return true;
-    }
-    return false;
+bool FindPair(std::string_view body, std::string_view key, Pair *found) {
+    bool is_found = false;
+    VisitPairs(body, [&](const Pair &pair) {
+        is_found = pair.key == key;
+        if (is_found) *found = pair;
+        return is_found;
+    });
+    return is_found;
 }
 
 // The lines of a hash, in its order. False when a pair would corrupt the file.
 bool Render(const VLIBCSzHash &hash, const LineFormat &shape, std::string *lines) {
-    for (size_t index = 0; index < hash.Count(); ++index) {
-        const auto [key, value] = hash.At(index);
+    for (const auto &[key, value] : hash.Pairs()) {
         if (!kevacore::IsWritableKey(key.data()) || !kevacore::IsWritableValue(value.data()))
             return false;
         lines->append(shape.before_key).append(key).append(shape.between);
@@ -122,15 +127,21 @@ std::string_view MissingNewline(std::string_view text) {
     return !text.empty() && text.back() != '\n' ? "\n" : "";
 }
 
-// Replaces a range of the old text by up to three pieces. 1 or negative.
-int Splice(FileReplacement *file, Range range, std::string_view first, std::string_view second = {},
-           std::string_view third = {}) {
+// Replaces a part of the old text by up to three pieces. 1 or negative.
+int Splice(FileReplacement *file, std::string_view part, std::string_view first,
+           std::string_view second = {}, std::string_view third = {}) {
     const std::string_view old = file->OldText();
-    const std::string_view before = old.substr(0, range.begin);
+    const std::string_view before(old.begin(), part.begin());
+    const std::string_view behind(part.end(), old.end());
     struct iovec pieces[] = {FilePiece(before), FilePiece(MissingNewline(before)),
                              FilePiece(first),  FilePiece(second),
-                             FilePiece(third),  FilePiece(old.substr(range.end))};
+                             FilePiece(third),  FilePiece(behind)};
     return file->Commit(pieces, std::size(pieces)) ? 1 : SystemError(kSource, __LINE__);
+}
+
+// The place behind a text, where more can be added.
+std::string_view EndOf(std::string_view text) {
+    return {text.end(), text.end()};
 }
 
 int SetSection(const char *path, const char *name, const VLIBCSzHash &hash,
@@ -155,8 +166,7 @@ int AddSection(const char *path, const char *name, const VLIBCSzHash &hash,
         errno = EEXIST;
         return SystemError(kSource, __LINE__);
     }
-    const size_t end = file.OldText().size();
-    return Splice(&file, {end, end}, text);
+    return Splice(&file, EndOf(file.OldText()), text);
 }
 
 int SetSectionValue(const char *path, const char *name, const char *key, const char *value) {
@@ -171,20 +181,22 @@ int SetSectionValue(const char *path, const char *name, const char *key, const c
     Section section;
     if (!FindSection(old, name, &section)) {
         const std::string header = std::string("[") + name + "]\n";
-        return Splice(&file, {old.size(), old.size()}, header, line);
+        return Splice(&file, EndOf(old), header, line);
     }
     Pair pair;
-    if (FindPair(old, section.body, key, &pair)) return Splice(&file, pair.line, line);
-    return Splice(&file, {section.body.end, section.body.end}, line);
+    if (FindPair(section.body, key, &pair)) return Splice(&file, pair.line, line);
+    return Splice(&file, EndOf(section.body), line);
 }
 
 // Loads the file and finds the section: positive, 0 or negative as the interface has it.
-int Lookup(const char *path, const char *name, FileImage *image, Section *section) {
+[[gnu::always_inline]] inline int Lookup(const char *path, const char *name, FileImage *image,
+                                         Section *section) {
     FileImage::Outcome outcome = image->Load(path);
     if (outcome == FileImage::Outcome::kAbsent) return 0;
     if (outcome == FileImage::Outcome::kLoaded) {
         // The last section may go on behind what was read.
-        if (FindSection(image->Text(), name, section) && section->whole.end < image->Text().size())
+        const std::string_view text = image->Text();
+        if (FindSection(text, name, section) && EndOf(section->whole).data() < EndOf(text).data())
             return 1;
         outcome = image->LoadRest();
     }
@@ -207,9 +219,10 @@ int VLIBCFileGetSection(const char *path, const char *section, VLIBCSzHash **has
     Section found;
     const int result = Lookup(path, section, &image, &found);
     if (result <= 0) return result;
-    Pair pair;
-    for (Range rest = found.body; NextPair(image.Text(), &rest, &pair);)
-        (*hash)->Set(pair.key, pair.value);
+    VisitPairs((*hash)->Hold(found.body), [hash](const Pair &pair) {
+        (*hash)->SetHeld(pair.key, pair.value);
+        return false;
+    });
     return 1;
 } catch (const std::bad_alloc &) {
     return OutOfMemory();
@@ -252,7 +265,7 @@ int VLIBCFileGetSectionValue(const char *path, const char *section, const char *
     const int result = Lookup(path, section, &image, &found);
     if (result <= 0) return result;
     Pair pair;
-    if (!FindPair(image.Text(), found.body, key, &pair)) return 0;
+    if (!FindPair(found.body, key, &pair)) return 0;
     const size_t length = pair.value.size() < size ? pair.value.size() : size - 1;
     memcpy(buffer, pair.value.data(), length);
     buffer[length] = '\0';

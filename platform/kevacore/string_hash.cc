@@ -1,5 +1,6 @@
 #include "string_hash.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <new>
@@ -13,8 +14,6 @@ using kevacore::SystemError;
 namespace {
 
 constexpr char kSource[] = "string_hash";
-constexpr size_t kUsualText = 512;
-constexpr size_t kUsualPairs = 12;
 
 int OutOfMemory() {
     errno = ENOMEM;
@@ -24,56 +23,51 @@ int OutOfMemory() {
 }  // namespace
 
 VLIBCSzHash::VLIBCSzHash() {
-    text_.reserve(kUsualText);
+    text_.reserve(kUsualText - 1);
     places_.reserve(kUsualPairs);
 }
 
-VLIBCSzHash::Pair VLIBCSzHash::At(size_t index) const {
-    const Place &place = places_[index];
-    return {{text_.data() + place.key, place.key_size},
-            {text_.data() + place.value, place.value_size}};
+std::vector<VLIBCSzHash::Pair> VLIBCSzHash::Pairs() const {
+    std::vector<Pair> pairs;
+    for (const Place &place : places_) {
+        const std::string_view key = KeyOf(place);
+        const std::string_view value(text_.data() + place.value, place.value_size);
+        const auto known = std::find_if(pairs.begin(), pairs.end(),
+                                        [key](const Pair &pair) { return pair.key == key; });
+        if (known == pairs.end())
+            pairs.push_back({key, value});
+        else
+            known->value = value;
+    }
+    return pairs;
 }
 
-const char *VLIBCSzHash::Find(std::string_view key) const {
-    const Place *place = const_cast<VLIBCSzHash *>(this)->FindPlace(key);
-    return place ? text_.data() + place->value : nullptr;
+const char *VLIBCSzHash::Find(const char *key) const {
+    for (auto place = places_.rbegin(); place != places_.rend(); ++place) {
+        const char *const known = text_.data() + place->key;
+        // The first character tells most keys apart, without a call.
+        if (*known == *key && strcmp(known, key) == 0) return text_.data() + place->value;
+    }
+    return nullptr;
 }
 
 // The text may move; when memory is short, the hash is as it was but for bytes
 // that no pair points to.
 void VLIBCSzHash::Set(std::string_view key, std::string_view value) {
+    const std::string copy(value);
     Place *known = FindPlace(key);
-    if (known && value.size() <= known->value_room) {
-        memmove(text_.data() + known->value, value.data(), value.size());
-        text_[known->value + value.size()] = '\0';
-        known->value_size = value.size();
-        return;
-    }
     if (!known) {
-        Add(key, value);
+        const size_t place = Append(key);
+        places_.push_back({place, key.size(), Append(copy), copy.size(), copy.size()});
         return;
     }
-    // A value that grows gets twice its room, so that setting it again and again
-    // does not fill the memory.
-    const size_t place = Append(std::string(value));
-    text_.append(value.size(), '\0');
-    known->value = place;
-    known->value_size = value.size();
-    known->value_room = 2 * value.size();
-}
-
-// A line of a file has both, with a character between, and is copied at once.
-void VLIBCSzHash::Add(std::string_view key, std::string_view value) {
-    Place place = {0, key.size(), 0, value.size(), value.size()};
-    if (key.data() + key.size() + 1 == value.data()) {
-        place.key = Append({key.data(), key.size() + 1 + value.size()});
-        place.value = place.key + key.size() + 1;
-        text_[place.value - 1] = '\0';
-    } else {
-        place.key = Append(key);
-        place.value = Append(value);
+    if (copy.size() > known->value_room) {
+        // Twice its room, so that setting it again and again does not fill the memory.
+        known->value = Append(std::string(2 * copy.size(), '\0'));
+        known->value_room = 2 * copy.size();
     }
-    places_.push_back(place);
+    memcpy(text_.data() + known->value, copy.c_str(), copy.size() + 1);
+    known->value_size = copy.size();
 }
 
 void VLIBCSzHash::Clear() {
@@ -81,15 +75,19 @@ void VLIBCSzHash::Clear() {
     places_.clear();
 }
 
+std::string_view VLIBCSzHash::Hold(std::string_view text) {
+    const size_t place = Append(text);
+    return {text_.data() + place, text.size()};
+}
+
+std::string_view VLIBCSzHash::KeyOf(const Place &place) const {
+    return {text_.data() + place.key, place.key_size};
+}
+
 VLIBCSzHash::Place *VLIBCSzHash::FindPlace(std::string_view key) {
-    for (Place &place : places_) {
-        if (place.key_size != key.size()) continue;
-        const char *const known = text_.data() + place.key;
-        // The first character tells most keys of one length apart, without a call.
-        if (key.empty() || (known[0] == key[0] && memcmp(known, key.data(), key.size()) == 0))
-            return &place;
-    }
-    return nullptr;
+    const auto found = std::find_if(places_.rbegin(), places_.rend(),
+                                    [&](const Place &place) { return KeyOf(place) == key; });
+    return found == places_.rend() ? nullptr : &*found;
 }
 
 size_t VLIBCSzHash::Append(std::string_view text) {

@@ -11,21 +11,28 @@
 #include <vector>
 
 #include "error_code.h"
+#include "inline_memory.h"
 #include "kevacore.h"
 
 using kevacore::BadParameter;
 using kevacore::SystemError;
 
-// The items stand one behind the other in one text, each with its NUL, so that a
-// text is split with next to no allocations.
+// The items stand one behind the other in one text, each with its NUL. A text of the
+// usual length is split without an allocation.
 struct VLIBCSzList {
-    std::string text;
-    std::vector<size_t> begins;  // of the items, in their order
+    static constexpr size_t kUsualText = 384;
+    static constexpr size_t kUsualItems = 16;
+    static constexpr size_t kMemory = kUsualText + kUsualItems * sizeof(size_t);
+    using TextAllocator = kevacore::InlineAllocator<char, kMemory>;
+    using BeginAllocator = kevacore::InlineAllocator<size_t, kMemory>;
 
-    // Room for a text of the usual length.
+    kevacore::InlineMemory<kMemory> memory;
+    std::basic_string<char, std::char_traits<char>, TextAllocator> text{&memory};
+    std::vector<size_t, BeginAllocator> begins{&memory};  // of the items, in their order
+
     VLIBCSzList() {
-        text.reserve(256);
-        begins.reserve(16);
+        text.reserve(kUsualText - 1);
+        begins.reserve(kUsualItems);
     }
 
     const char *At(size_t index) const { return text.data() + begins[index]; }
@@ -40,26 +47,25 @@ int OutOfMemory() {
     return SystemError(kSource, __LINE__);
 }
 
-// Most items are numbers, of which a search for each would cost more.
-size_t FindSeparator(std::string_view text, size_t begin, std::string_view separator) {
-    if (separator.size() > 1) return text.find(separator, begin);
-    while (begin < text.size() && text[begin] != separator[0]) ++begin;
-    return begin < text.size() ? begin : std::string_view::npos;
-}
-
 // Appends the items of a text; when memory is short, nothing.
-int AppendItems(std::string_view text, std::string_view separator, VLIBCSzList *list) {
+int AppendItems(const char *text, const char *separator, VLIBCSzList *list) {
     const size_t old_count = list->begins.size();
     const size_t old_size = list->text.size();
+    const char first = *separator;
+    const size_t width = separator[1] == '\0' ? 1 : strlen(separator);
     try {
         // Copied whole; each separator becomes the NUL of the item before it.
-        list->text.append(text).push_back('\0');
-        for (size_t begin = old_size;;) {
-            list->begins.push_back(begin);
-            const size_t end = FindSeparator(list->text, begin, separator);
-            if (end == std::string::npos) break;
-            list->text[end] = '\0';
-            begin = end + separator.size();
+        list->text.append(text, strlen(text) + 1);
+        char *const base = list->text.data();
+        list->begins.push_back(old_size);
+        for (char *at = base + old_size; *at != '\0';) {
+            if (*at != first || (width > 1 && strncmp(at, separator, width) != 0)) {
+                ++at;
+                continue;
+            }
+            *at = '\0';
+            at += width;
+            list->begins.push_back(static_cast<size_t>(at - base));
         }
     } catch (const std::bad_alloc &) {
         list->begins.resize(old_count);
@@ -81,11 +87,12 @@ VLIBCSzList *VLIBCSzListAlloc(int /*size*/) try {
 }
 
 const char *VLIBCSzListGet(const VLIBCSzList *list, int index) {
-    if (!list || index < 0 || static_cast<size_t>(index) >= list->begins.size()) {
+    const auto place = static_cast<size_t>(index);  // a negative one is beyond any end
+    if (!list || place >= list->begins.size()) {
         BadParameter(kSource, __LINE__);
         return nullptr;
     }
-    return list->At(static_cast<size_t>(index));
+    return list->At(place);
 }
 
 int VLIBCSzListFind(const VLIBCSzList *list, const char *text) {

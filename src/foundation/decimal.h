@@ -7,6 +7,7 @@
 // Records are made of many small numbers, which need no locale and no limits.
 inline int32_t ParseDecimal(const char *text) {
     constexpr int kSmallDigits = 9;
+    if (*text >= '0' && *text <= '9' && text[1] == '\0') return *text - '0';
     const bool isNegative = *text == '-';
     int32_t number = 0;
     int digits = 0;

@@ -52,6 +52,16 @@ TEST_F(SectionFile, GetReadsOneSection) {
     EXPECT_EQ(VLIBCFileGetSection(kFile, "THREE", &hash_), 0);
     EXPECT_EQ(VLIBCFileGetSection(kFile, "ON", &hash_), 0);
     EXPECT_EQ(VLIBCFileGetSection(kFile, "ONE]", &hash_), 0);
+    EXPECT_EQ(VLIBCFileGetSection(kFile, "ONE]\n\ta=1", &hash_), 0) << "over a line";
+    EXPECT_EQ(VLIBCFileGetSection(kFile, "", &hash_), 0);
+}
+
+TEST_F(SectionFile, ABracketInsideALineStartsNoSection) {
+    WriteText(kFile, "x[ONE]\n\ta=1\n [ONE]\n\ta=2\n[ONE]\n\tb=[TWO]\n\ta=3[\n");
+    EXPECT_EQ(Value("ONE", "a"), "3[");
+    EXPECT_EQ(Value("ONE", "b"), "[TWO]");
+    Value("TWO", "a");
+    EXPECT_EQ(result_, 0);
 }
 
 TEST_F(SectionFile, MissingFileHasNoSections) {
@@ -78,6 +88,37 @@ TEST_F(SectionFile, ReadAndSetKeepsTheOrderOfKeys) {
     ASSERT_EQ(VLIBCSzHashSetValue(&hash_, "a", "changed"), 0);
     ASSERT_GT(VLIBCFileSetSection(kFile, "ONE", 0, hash_, kFormat), 0);
     EXPECT_EQ(ReadText(kFile), "[ONE]\n\tc=1\n\ta=changed\n\tb=3\n");
+}
+
+TEST_F(SectionFile, OfARepeatedKeyTheLastLineCountsInThePlaceOfTheFirst) {
+    WriteText(kFile, "[ONE]\n\ta=1\n\tb=2\n\ta=3\n\ta=4\n");
+    ASSERT_GT(VLIBCFileGetSection(kFile, "ONE", &hash_), 0);
+    EXPECT_STREQ(VLIBCSzHashGetValue(hash_, "a"), "4");
+    ASSERT_GT(VLIBCFileSetSection(kFile, "ONE", 0, hash_, kFormat), 0);
+    EXPECT_EQ(ReadText(kFile), "[ONE]\n\ta=4\n\tb=2\n");
+    ASSERT_EQ(VLIBCSzHashSetValue(&hash_, "a", "longer"), 0);
+    ASSERT_GT(VLIBCFileSetSection(kFile, "ONE", 0, hash_, kFormat), 0);
+    EXPECT_EQ(ReadText(kFile), "[ONE]\n\ta=longer\n\tb=2\n");
+}
+
+TEST_F(SectionFile, ASecondSectionIsReadOverTheFirst) {
+    WriteText(kFile, "[ONE]\n\ta=1\n\tb=2\n[TWO]\n\tb=3\n\tc=4\n");
+    ASSERT_GT(VLIBCFileGetSection(kFile, "ONE", &hash_), 0);
+    ASSERT_GT(VLIBCFileGetSection(kFile, "TWO", &hash_), 0);
+    EXPECT_STREQ(VLIBCSzHashGetValue(hash_, "b"), "3");
+    ASSERT_GT(VLIBCFileSetSection(kFile, "ONE", 0, hash_, kFormat), 0);
+    EXPECT_EQ(ReadText(kFile), "[ONE]\n\ta=1\n\tb=3\n\tc=4\n[TWO]\n\tb=3\n\tc=4\n");
+}
+
+TEST_F(SectionFile, LargeSectionIsReadAndSetWhole) {
+    std::string text = "[ONE]\n";
+    for (int number = 0; number < 200; ++number)
+        text += "\tkey" + std::to_string(number) + "=" +
+                std::string(static_cast<size_t>(number), 'v') + "\n";
+    WriteText(kFile, text + "[TWO]\n\ta=1\n");
+    ASSERT_GT(VLIBCFileGetSection(kFile, "ONE", &hash_), 0);
+    ASSERT_GT(VLIBCFileSetSection(kFile, "ONE", 0, hash_, kFormat), 0);
+    EXPECT_EQ(ReadText(kFile), text + "[TWO]\n\ta=1\n");
 }
 
 TEST_F(SectionFile, AddAppendsASection) {

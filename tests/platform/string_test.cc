@@ -66,6 +66,25 @@ TEST_F(StringList, SplitAppendsAndCountsItsItems) {
     EXPECT_EQ(Items(), (Texts{"a", "b", "", "", "", "", "bond0", "eth1"}));
 }
 
+TEST_F(StringList, SplitTakesASeparatorAsAWhole) {
+    EXPECT_EQ(VLIBCStrSep("a, b,c, ", ", ", &list_), 3);
+    EXPECT_EQ(Items(), (Texts{"a", "b,c", ""}));
+}
+
+TEST_F(StringList, ManyAndLongItemsAreKept) {
+    Texts items;
+    std::string joined;
+    for (int number = 0; number < 100; ++number) {
+        items.push_back(std::to_string(number) + std::string(static_cast<size_t>(number), 'x'));
+        joined += (number == 0 ? "" : ",") + items.back();
+    }
+    EXPECT_EQ(VLIBCStrSep(joined.c_str(), ",", &list_), 100);
+    EXPECT_EQ(Items(), items);
+    VLIBCSzListRemoveAll(list_);
+    EXPECT_EQ(VLIBCStrSep("a,b", ",", &list_), 2);
+    EXPECT_EQ(Items(), (Texts{"a", "b"}));
+}
+
 TEST_F(StringList, DumpJoinsOrRefuses) {
     char text[6] = "#####";
     EXPECT_EQ(VLIBCSzListDump2Str(list_, ",", text, sizeof text), 0);
@@ -113,6 +132,34 @@ TEST(StringHash, SetsAndGetsByKey) {
     EXPECT_EQ(VLIBCSzHashGetValue(hash, "a"), nullptr);
     VLIBCHashRemoveAll(nullptr);
     VLIBCSzHashFree(nullptr);
+    VLIBCSzHashFree(hash);
+}
+
+TEST(StringHash, ManyAndLongValuesAreKept) {
+    VLIBCSzHash *hash = VLIBCSzHashAlloc(1024);
+    const auto key = [](int number) { return "key" + std::to_string(number); };
+    const auto value = [](int number) { return std::string(static_cast<size_t>(number), 'x'); };
+    for (int number = 0; number < 100; ++number)
+        EXPECT_GE(VLIBCSzHashSetValue(&hash, key(number).c_str(), value(number).c_str()), 0);
+    for (int number = 0; number < 100; number += 2)  // half of them grow, half of those twice
+        EXPECT_GE(VLIBCSzHashSetValue(&hash, key(number).c_str(), value(150).c_str()), 0);
+    for (int number = 0; number < 100; number += 4)
+        EXPECT_GE(VLIBCSzHashSetValue(&hash, key(number).c_str(), value(500).c_str()), 0);
+    for (int number = 0; number < 100; ++number) {
+        const int length = number % 4 == 0 ? 500 : number % 2 == 0 ? 150 : number;
+        EXPECT_EQ(VLIBCSzHashGetValue(hash, key(number).c_str()), value(length)) << number;
+    }
+    VLIBCSzHashFree(hash);
+}
+
+TEST(StringHash, AValueOfItsOwnCanBeSet) {
+    VLIBCSzHash *hash = VLIBCSzHashAlloc(1024);
+    const std::string longest(300, 'x');
+    EXPECT_GE(VLIBCSzHashSetValue(&hash, "a", longest.c_str()), 0);
+    EXPECT_GE(VLIBCSzHashSetValue(&hash, "b", ""), 0);
+    for (const char *key : {"b", "c", "a"})
+        EXPECT_GE(VLIBCSzHashSetValue(&hash, key, VLIBCSzHashGetValue(hash, "a")), 0);
+    for (const char *key : {"a", "b", "c"}) EXPECT_EQ(VLIBCSzHashGetValue(hash, key), longest);
     VLIBCSzHashFree(hash);
 }
 
