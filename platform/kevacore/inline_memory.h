@@ -6,6 +6,8 @@
 
 #include <cstddef>
 #include <new>
+#include <string>
+#include <vector>
 
 namespace kevacore {
 
@@ -63,5 +65,11 @@ class InlineAllocator {
   private:
     InlineMemory<Size> *memory_;
 };
+
+template <size_t Size>
+using InlineText = std::basic_string<char, std::char_traits<char>, InlineAllocator<char, Size>>;
+
+template <typename Value, size_t Size>
+using InlineVector = std::vector<Value, InlineAllocator<Value, Size>>;
 
 }  // namespace kevacore

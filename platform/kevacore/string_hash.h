@@ -58,10 +58,8 @@ struct VLIBCSzHash {
     static constexpr size_t kUsualText = 368;
     static constexpr size_t kUsualPairs = 12;
     static constexpr size_t kMemory = kUsualText + kUsualPairs * sizeof(Place);
-    using TextAllocator = kevacore::InlineAllocator<char, kMemory>;
-    using PlaceAllocator = kevacore::InlineAllocator<Place, kMemory>;
 
     kevacore::InlineMemory<kMemory> memory_;
-    std::basic_string<char, std::char_traits<char>, TextAllocator> text_{&memory_};
-    std::vector<Place, PlaceAllocator> places_{&memory_};
+    kevacore::InlineText<kMemory> text_{&memory_};
+    kevacore::InlineVector<Place, kMemory> places_{&memory_};
 };

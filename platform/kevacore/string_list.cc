@@ -23,12 +23,10 @@ struct VLIBCSzList {
     static constexpr size_t kUsualText = 384;
     static constexpr size_t kUsualItems = 16;
     static constexpr size_t kMemory = kUsualText + kUsualItems * sizeof(size_t);
-    using TextAllocator = kevacore::InlineAllocator<char, kMemory>;
-    using BeginAllocator = kevacore::InlineAllocator<size_t, kMemory>;
 
     kevacore::InlineMemory<kMemory> memory;
-    std::basic_string<char, std::char_traits<char>, TextAllocator> text{&memory};
-    std::vector<size_t, BeginAllocator> begins{&memory};  // of the items, in their order
+    kevacore::InlineText<kMemory> text{&memory};
+    kevacore::InlineVector<size_t, kMemory> begins{&memory};  // of the items, in their order
 
     VLIBCSzList() {
         text.reserve(kUsualText - 1);
