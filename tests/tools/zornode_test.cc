@@ -6,6 +6,9 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <stop_token>
+#include <string>
+#include <thread>
 
 #include "support/command_run.h"
 #include "support/node_test.h"
@@ -112,6 +115,25 @@ TEST_F(ZorNode, KeepsItsChangesToItself) {
     EXPECT_EQ(ReadText("/run/shared/file"), "kept\n");
     EXPECT_EQ(ReadText("/proc/self/mountinfo"), mounts);
     EXPECT_EQ(ReadText("/proc/sysvipc/msg").find('\n'), ReadText("/proc/sysvipc/msg").size() - 1);
+}
+
+TEST_F(ZorNode, StartsWhileTemporaryFilesComeAndGo) {
+    const std::jthread other([](const std::stop_token &stop) {
+        while (!stop.stop_requested()) {
+            for (int number = 0; number < 20; ++number) {
+                WriteText("/tmp/file" + std::to_string(number), "");
+                fs::create_directory("/tmp/folder" + std::to_string(number));
+            }
+            for (int number = 0; number < 20; ++number) {
+                fs::remove("/tmp/file" + std::to_string(number));
+                fs::remove("/tmp/folder" + std::to_string(number));
+            }
+        }
+    });
+    for (int start = 0; start < 10; ++start) {
+        const CommandResult result = Run({"--", "true"});
+        EXPECT_EQ(result.exit_code, 0) << result.errors;
+    }
 }
 
 int CountProcesses(const std::string &argument) {

@@ -21,7 +21,13 @@ class NodeError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// Throws NodeError with the text and the meaning of errno.
+// Something is not there, or not any more.
+class NoSuchFile : public NodeError {
+  public:
+    using NodeError::NodeError;
+};
+
+// Throws NodeError, or NoSuchFile, with the text and the meaning of errno.
 [[noreturn]] void ThrowErrno(const std::string &what);
 
 // Writes a small file, replacing what is there.

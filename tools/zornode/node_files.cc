@@ -45,7 +45,10 @@ constexpr ApplianceFile kApplianceFiles[] = {
 }  // namespace
 
 void ThrowErrno(const std::string &what) {
-    throw NodeError(what + ": " + strerror(errno));
+    const int error = errno;
+    const std::string text = what + ": " + strerror(error);
+    if (error == ENOENT) throw NoSuchFile(text);
+    throw NodeError(text);
 }
 
 void WriteFile(const std::string &path, const std::string &text) {

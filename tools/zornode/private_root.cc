@@ -101,17 +101,25 @@ class RootBuilder {
         const std::string target = root_ + "/tmp";
         Mount("zornode", target, "tmpfs", MS_NOSUID | MS_NODEV, "mode=1777");
         for (const fs::directory_entry &entry : fs::directory_iterator("/tmp")) {
-            const std::string name = entry.path().filename();
-            if (name == "zor") continue;
-            std::error_code gone;  // temporary files come and go
-            const fs::file_status status = entry.symlink_status(gone);
-            if (fs::is_directory(status)) {
-                MakeFolders(target + "/" + name);
-                Overlay(entry.path(), target + "/" + name);
-            } else if (fs::is_regular_file(status)) {
-                MakeMountFile(target + "/" + name);
-                BindReadOnly(entry.path(), target + "/" + name);
+            const std::string shown = target + "/" + entry.path().filename().string();
+            try {
+                if (entry.path() != "/tmp/zor") ShowTemporary(entry, shown);
+            } catch (const NoSuchFile &) {  // temporary files come and go
+                std::error_code not_made;
+                fs::remove(shown, not_made);
             }
+        }
+    }
+
+    void ShowTemporary(const fs::directory_entry &entry, const std::string &shown) {
+        std::error_code gone;
+        const fs::file_status status = entry.symlink_status(gone);
+        if (fs::is_directory(status)) {
+            MakeFolders(shown);
+            Overlay(entry.path(), shown);
+        } else if (fs::is_regular_file(status)) {
+            MakeMountFile(shown);
+            BindReadOnly(entry.path(), shown);
         }
     }
 
